@@ -61,16 +61,17 @@ extern TESSAR_API double dc_p0001;     /**< 0.0001 */
 extern TESSAR_API double dc_mm_per_in; /**< 25.4 millimetres in an inch */
 
 /* Computed once at load from p = atan(1) * 4 and q = 1 / p. */
-extern TESSAR_API double dc_pi;           /**< p */
-extern TESSAR_API double dc_2pi;          /**< p * 2 */
-extern TESSAR_API double dc_piover2;      /**< p * 0.5 */
-extern TESSAR_API double dc_piover3;      /**< p * 0.3333333333333333 */
-extern TESSAR_API double dc_piover4;      /**< p * 0.25 */
-extern TESSAR_API double dc_piover6;      /**< p * 0.16666666666666666 */
-extern TESSAR_API double dc_piover180;    /**< p * 0.005555555555555556: radians in a degree */
-extern TESSAR_API double dc_180overpi;    /**< q * 180: degrees in a radian */
-extern TESSAR_API double dc_rad_to_iang;  /**< q * 64800000: integer angle units in a radian */
-extern TESSAR_API double dc_iang_to_rad;  /**< dc_piover180 * 2.777777777777778e-06: radians in an integer angle unit */
+extern TESSAR_API double dc_pi;          /**< p */
+extern TESSAR_API double dc_2pi;         /**< p * 2 */
+extern TESSAR_API double dc_piover2;     /**< p * 0.5 */
+extern TESSAR_API double dc_piover3;     /**< p * 0.3333333333333333 */
+extern TESSAR_API double dc_piover4;     /**< p * 0.25 */
+extern TESSAR_API double dc_piover6;     /**< p * 0.16666666666666666 */
+extern TESSAR_API double dc_piover180;   /**< p * 0.005555555555555556: radians in a degree */
+extern TESSAR_API double dc_180overpi;   /**< q * 180: degrees in a radian */
+extern TESSAR_API double dc_rad_to_iang; /**< q * 64800000: integer angle units in a radian */
+extern TESSAR_API double
+    dc_iang_to_rad; /**< dc_piover180 * 2.777777777777778e-06: radians in an integer angle unit */
 extern TESSAR_API double dc_miang_to_rad; /**< the negated dc_iang_to_rad */
 
 /** Does nothing; the library needs no initialisation. \return 0. */

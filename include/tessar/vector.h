@@ -150,8 +150,8 @@ TESSAR_API void UTMAT_CalculerBissectriceV1V2(const dpoint2d *v1, const dpoint2d
  * \param[out] count 1, or 0 for parallel lines (not a failure)
  * Fails for a degenerate line. Tests all four pointers.
  */
-TESSAR_API void UTMAT_CalculerIntersection2Droite(const UTMAT_Droite *d1, const UTMAT_Droite *d2, dpoint2d *out,
-                                                  int32_t *count);
+TESSAR_API void UTMAT_CalculerIntersection2Droite(const UTMAT_Droite *d1, const UTMAT_Droite *d2,
+                                                  dpoint2d *out, int32_t *count);
 
 /* ---- Lines of space and frames ---- */
 
@@ -174,7 +174,8 @@ TESSAR_API void UTMAT_CalculerPointTranslationRotation(const dpoint2d *origin, d
  * out = the origin of a second frame turned by angle, given one point as pA in
  * the first frame and pB in the second. Tests all three.
  */
-TESSAR_API void UTMAT_CalculerCentreRepere2(const dpoint2d *pA, const dpoint2d *pB, double angle, dpoint2d *out);
+TESSAR_API void UTMAT_CalculerCentreRepere2(const dpoint2d *pA, const dpoint2d *pB, double angle,
+                                            dpoint2d *out);
 
 TESSAR_END_DECLS
 
