@@ -9,5 +9,6 @@
 int main(void)
 {
     step_survey_lines();
+    step_geoid_height();
     return 0;
 }

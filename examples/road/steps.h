@@ -5,4 +5,7 @@
 /* Lines through surveyed points, their crossing, offsets and the error word. */
 void step_survey_lines(void);
 
+/* Orthometric height of a peg from its GNSS height and a geoid grid. */
+void step_geoid_height(void);
+
 #endif
