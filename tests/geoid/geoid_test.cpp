@@ -325,11 +325,14 @@ class GeoidFamily : public Geoid
         const auto grid = [](double south, double west, float value) {
             return makeGrid(south, west, 0.5, 0.5, 5, 5, [=](int, int) { return value; });
         };
-        write("g1999u01.bin", grid(10.0, 20.0, 1.0f));  // [10, 12] x [20, 22]
-        write("g1999u02.bin", grid(11.0, 20.0, 2.0f));  // [11, 13] x [20, 22]
-        write("g1999a01.bin", grid(10.0, 21.0, 3.0f));  // [10, 12] x [21, 23]
-        write("g1999p01.bin", grid(30.0, 30.0, 4.0f));  // [30, 32] x [30, 32]
-        write("s1999a01.bin", grid(30.0, 30.0, 5.0f));  // not a candidate of s1999
+        write("g1999u01.bin", grid(10.0, 20.0, 1.0f));   // [10, 12] x [20, 22]
+        write("g1999u02.bin", grid(11.0, 20.0, 2.0f));   // [11, 13] x [20, 22]
+        write("g1999a01.bin", grid(10.0, 21.0, 3.0f));   // [10, 12] x [21, 23]
+        write("g1999p01.bin", grid(30.0, 30.0, 4.0f));   // [30, 32] x [30, 32]
+        write("s1999a01.bin", grid(30.0, 30.0, 5.0f));   // not a candidate of s1999
+        write("s1999u01.bin", grid(10.0, 20.0, 9.0f));   // [10, 12] x [20, 22]
+        write("s1999u02.bin", grid(9.0, 20.0, 10.0f));   // [9, 11] x [20, 22]
+        write("s1999u03.bin", grid(10.0, 19.5, 11.0f));  // [10, 12] x [19.5, 21.5]
         Grid hidden = grid(10.0, 20.0, 6.0f);
         hidden.kind = 0;
         write("g2003u01.bin", hidden);                  // interior, but kind 0
@@ -366,6 +369,16 @@ TEST_F(GeoidFamily, InteriorBeatsEdgeBeatsCornerEarlierFileFirst)
     };
     for (const Row &r : rows)
         EXPECT_DOUBLE_EQ(chosen(4, r.lat, r.lon), r.expected) << r.why;
+}
+
+TEST_F(GeoidFamily, BandsIncludeTheirInnerEdge)
+{
+    // Exactly half a spacing (0.25) from the south edge of s1999u01 is in its
+    // band, so the interior of the later u02 wins; likewise from the west edge
+    // with u03. Bands without their edge would stop at u01.
+    EXPECT_DOUBLE_EQ(chosen(5, 10.25, 20.5), 10.0);
+    EXPECT_DOUBLE_EQ(chosen(5, 11.0, 20.25), 11.0);
+    EXPECT_DOUBLE_EQ(chosen(5, 10.26, 20.5), 9.0);  // just inside: u01's interior
 }
 
 TEST_F(GeoidFamily, SearchUsesTheLongitudeSense)
