@@ -10,5 +10,6 @@ int main(void)
 {
     step_survey_lines();
     step_geoid_height();
+    step_transition();
     return 0;
 }

@@ -628,7 +628,7 @@ TEST_F(Clothoid, ShiftBeyondAQuarterTurnGivesAValidZero)
 }
 
 // Searching A for a deflection of 1 rad: the largest A, 1e8, has a shift of
-// about 4e6, so a target of 1e9 is never met and every halving moves up:
+// about 1.1e7, so a target of 1e9 is never met and every halving moves up:
 // the search ends at its bound after running all its steps.
 TEST_F(Clothoid, SearchOnAForAnUnreachableShiftEndsAtItsBound)
 {
