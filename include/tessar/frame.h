@@ -17,7 +17,8 @@
  * strictly beyond it. For a tolerance that is not negative, exactly one of
  * less, equal and greater holds. A not-a-number operand makes equal, less and
  * less-or-equal true, and greater, greater-or-equal and the interval tests
- * false.
+ * false; the one exception is a not-a-number hi in the closed interval test,
+ * whose upper half is the negated "x - hi > t" and so holds.
  */
 #ifndef TESSAR_FRAME_H
 #define TESSAR_FRAME_H
@@ -140,7 +141,7 @@ TESSAR_API int32_t tsUtil_greaterDouble(double a, double b, double t);
 /** \return 1 when a - b >= -t. */
 TESSAR_API int32_t tsUtil_greaterOrEqualDouble(double a, double b, double t);
 
-/** \return 1 when x lies in [lo - t, hi + t]. */
+/** \return 1 when x - lo >= -t and not x - hi > t: x lies in [lo - t, hi + t]. */
 TESSAR_API int32_t tsUtil_belongToClosedIntervalDouble(double x, double lo, double hi, double t);
 
 /** \return 1 when x lies in (lo + t, hi - t). */

@@ -57,7 +57,7 @@ TESSAR_API int32_t tsMem_freeAndClearArray(void **array, int32_t count);
  * \param[out] size  set to 0 first, then to the usable size in bytes
  * \return 0, or 32768 if size or block is null.
  */
-TESSAR_API int32_t tsMem_getSize(void *block, size_t *size);
+TESSAR_API int32_t tsMem_getSize(const void *block, size_t *size);
 
 /**
  * Measures the largest block the heap gives, up to 64000000 bytes. When the

@@ -50,12 +50,13 @@ int32_t tsMem_freeAndClearArray(void **array, int32_t count)
     return 0;
 }
 
-int32_t tsMem_getSize(void *block, size_t *size)
+int32_t tsMem_getSize(const void *block, size_t *size)
 {
     if (size == nullptr) return kFailure;
     *size = 0;
     if (block == nullptr) return kFailure;
-    *size = malloc_usable_size(block);
+    // The heap's query takes a plain pointer but only reads the block's header.
+    *size = malloc_usable_size(const_cast<void *>(block));
     return 0;
 }
 

@@ -23,8 +23,8 @@ double norm2(double x, double y)
     return std::sqrt(x * x + y * y);
 }
 
-// Stores (a, b) = (ny, -nx)... from a normal-form pair and completes the line
-// through p: normalised, or a failure with a and b stored and c untouched.
+// Stores the normal (a, b) and completes the line through p: normalised, or,
+// for a zero normal, a failure with a and b stored and c untouched.
 void lineThrough(double a, double b, const dpoint2d &p, UTMAT_Droite &out)
 {
     out.a = a;
@@ -335,8 +335,9 @@ void UTMAT_CalculerBissectriceV1V2(const dpoint2d *v1, const dpoint2d *v2, dpoin
     UTMAT_NormerVecteur(&u2);
     const double w = u1.x * u2.y - u1.y * u2.x;
     if (UTMAT_Egal(w, 0.0, utmatCalculPrec)) {
-        // Collinear: the same sense gives u1, opposite senses its left normal.
-        if (u1.x * u2.x + u1.y * u2.y >= 0.0) {
+        // Collinear: a dot product that is not negative gives u1 (a NaN one
+        // too), opposite senses the left normal of u1.
+        if (!(u1.x * u2.x + u1.y * u2.y < 0.0)) {
             *out = u1;
         } else {
             *out = dpoint2d{-u1.y, u1.x};

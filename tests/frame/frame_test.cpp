@@ -169,7 +169,11 @@ TEST(Comparison, Intervals)
         {1.1, 0.0, 1.0, 0.125, 1, 0},    // within the tolerance above
         {1.25, 0.0, 1.0, 0.125, 0, 0},   // beyond it
         {0.125, 0.0, 1.0, 0.125, 1, 0},  // open test at exactly lo + t is out
-        {0.25, 0.0, 1.0, 0.125, 1, 1},  {kNaN, 0.0, 1.0, 0.1, 0, 0}, {0.5, kNaN, 1.0, 0.1, 0, 0},
+        {0.25, 0.0, 1.0, 0.125, 1, 1},
+        {kNaN, 0.0, 1.0, 0.1, 0, 0},
+        {0.5, kNaN, 1.0, 0.1, 0, 0},
+        // A NaN hi: the closed test's upper half is "not (x - hi > t)", which holds.
+        {0.5, 0.0, kNaN, 0.1, 1, 0},
     };
     for (const auto &r : rows) {
         SCOPED_TRACE(testing::Message() << r.x << " in [" << r.lo << ", " << r.hi << "] tol " << r.t);

@@ -336,6 +336,17 @@ TEST_F(VectorTest, BisectorOfTwoVectorsHalvesTheCounterClockwiseSweep)
         EXPECT_EQ(errorWord(), 0);
         expectPoint(out, row.expected.x, row.expected.y, 1e-15);
     }
+
+    // A NaN component: u1 = (NaN, 0) is not normalised (its norm is not above
+    // 0), w = NaN counts as near 0, so the collinear branch runs; the dot
+    // product NaN is not negative, so the result is u1 itself, not its normal.
+    const dpoint2d nanVector{std::nan(""), 0}, east{1, 0};
+    dpoint2d out{9, 9};
+    forceFailure();
+    UTMAT_CalculerBissectriceV1V2(&nanVector, &east, &out);
+    EXPECT_EQ(errorWord(), 0);
+    EXPECT_TRUE(std::isnan(out.x));
+    EXPECT_EQ(out.y, 0.0);
 }
 
 // ---- Frames ----
