@@ -132,7 +132,7 @@ TESSAR_API double tsConversion_roundDouble(double *result, double value, double 
 
 /**
  * tsConversion_roundDouble with the step 10 to the power of -digits.
- * \param[out] result as for tsConversion_roundDouble
+ * \param[out] result the rounded value, or null (on every path)
  * \return the result.
  */
 TESSAR_API double tsConversion_roundDoubleByDecimalDigits(double *result, double value, int32_t digits,

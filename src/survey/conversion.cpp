@@ -123,6 +123,8 @@ int32_t tsConversion_degreeToDMS(int32_t *degrees, int32_t *minutes, double *sec
     return 0;
 }
 
+// Joining has no sign logic: the minutes are added as given, so -10 degrees
+// and 30 minutes make -9.5, not -10.5.
 double tsConversion_DMToDegree(double *result, int32_t degrees, double minutes)
 {
     const double value = degrees + minutes / 60.0;
@@ -130,6 +132,7 @@ double tsConversion_DMToDegree(double *result, int32_t degrees, double minutes)
     return value;
 }
 
+// No sign logic either: seconds, minutes and degrees are summed as given.
 double tsConversion_DMSTodegree(double *result, double degrees, double minutes, double seconds)
 {
     const double value = seconds / 3600.0 + minutes / 60.0 + degrees;
@@ -186,12 +189,19 @@ double tsConversion_roundDouble(double *result, double value, double step, int32
     return rounded;
 }
 
+// Unlike tsConversion_roundDouble, this form accepts a null result address on
+// every path: a value already on a multiple of the step is then only returned.
 double tsConversion_roundDoubleByDecimalDigits(double *result, double value, int32_t digits, int32_t mode)
 {
-    return tsConversion_roundDouble(result, value, std::pow(10.0, -static_cast<double>(digits)), mode);
+    double local = 0.0;
+    return tsConversion_roundDouble(result != nullptr ? result : &local, value,
+                                    std::pow(10.0, -static_cast<double>(digits)), mode);
 }
 
 /* ---- Feet and metres ---- */
+
+// Each factor is a stored constant of its own, not the reciprocal of its
+// partner: a conversion and its inverse multiply to 1 only to the last digits.
 
 double tsConversion_usfootToMeter(double feet)
 {

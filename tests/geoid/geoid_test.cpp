@@ -312,6 +312,28 @@ TEST_F(Geoid, ValuesCutFromTheFileGiveTheLastValueRead)
     EXPECT_TRUE(std::isfinite(n));
 }
 
+TEST_F(Geoid, ValuesAreReadFromTheFileOnDemand)
+{
+    // The grid is not loaded: a value changed in the open file after the
+    // model was opened is what the next call gives. Row 2, column 3 (from 1)
+    // of a 3 x 4 grid lies at byte 40 + 4 ((2 - 1) 4 + 3) = 68.
+    const Grid g = makeGrid(0.0, 0.0, 1.0, 1.0, 3, 4, [](int, int) { return 2.0f; });
+    const std::string file = write("live.bin", g);
+    ASSERT_EQ(tsGeoid_initModelByFile(file.c_str()), 0);
+    EXPECT_DOUBLE_EQ(undulation(1.0, 2.0), 2.0);
+    {
+        std::fstream io(file, std::ios::binary | std::ios::in | std::ios::out);
+        const float patched = 6.5f;
+        io.seekp(68);
+        io.write(reinterpret_cast<const char *>(&patched), sizeof patched);
+    }
+    EXPECT_DOUBLE_EQ(undulation(1.0, 2.0), 6.5);  // the node itself
+    // Between nodes: i = 1, j = 2, block on rows 1 to 3 and columns 2 to 4
+    // (longitudes 1 to 3), x = 1 and y = 1.5, so the patched node weighs
+    // L1(1.5) = 0.75: 2 + 4.5 * 0.75.
+    EXPECT_DOUBLE_EQ(undulation(1.0, 2.5), 5.375);
+}
+
 // ---- The search of a family of files ----
 
 class GeoidFamily : public Geoid

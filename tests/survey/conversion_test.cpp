@@ -243,6 +243,13 @@ TEST(ConversionRounding, ByDecimalDigits)
     EXPECT_NEAR(tsConversion_roundDoubleByDecimalDigits(nullptr, 1.231, 2, 1), 1.24, 1e-12);
     EXPECT_NEAR(tsConversion_roundDoubleByDecimalDigits(nullptr, 1234.0, -2, 2), 1200.0, 1e-9);
     EXPECT_NEAR(tsConversion_roundDoubleByDecimalDigits(nullptr, -0.0449, 1, 3), 0.0, 1e-12);
+    // A null result is accepted also where nothing is to be rounded: 1.5 is a
+    // multiple of 0.1 within the tolerance, 1200 one of 100, and 7 of 10^0.
+    EXPECT_DOUBLE_EQ(tsConversion_roundDoubleByDecimalDigits(nullptr, 1.5, 1, 3), 1.5);
+    EXPECT_DOUBLE_EQ(tsConversion_roundDoubleByDecimalDigits(nullptr, 1200.0, -2, 1), 1200.0);
+    EXPECT_DOUBLE_EQ(tsConversion_roundDoubleByDecimalDigits(nullptr, 7.0, 0, 4), 7.0);
+    // A step below the tolerance (10^-8) leaves the value as it is.
+    EXPECT_DOUBLE_EQ(tsConversion_roundDoubleByDecimalDigits(nullptr, 1.23456789012, 8, 3), 1.23456789012);
 }
 
 TEST(ConversionFeet, AgainstTheDefinitions)
