@@ -132,7 +132,8 @@ struct Conversion {
     std::int32_t valid = 0;
 };
 
-// The search never leaves these steps, whatever the tolerance allows.
+// The most halvings a search makes. Running out of them is no failure: the
+// curve of the last halving is the result.
 constexpr int kBisectionSteps = 5000;
 
 // The largest A that a search on A (code 6) considers.
@@ -221,6 +222,9 @@ double shiftOf(const SearchCurve &curve, double tau)
 
 // Finds the quantity whose clothoid has the shift b by halving an interval
 // of the deflection (of A for code 6), along which the shift grows.
+// The nested conversions treat a near-zero input as invalid, so a search of A
+// (codes 3, 5 and 6) whose halvings walk to within the precision of zero
+// ends in the failure value rather than in a tiny A.
 Conversion clothoidParameterBisect(std::int32_t code, double a, double b)
 {
     Conversion result;
@@ -316,6 +320,8 @@ Conversion directShift(std::int32_t code, double a, double b)
     return result;
 }
 
+// Codes 8 (L from A, tau) and 14 (tau from A, L) do not look at b at all:
+// a b near zero goes into the closed form and gives a valid, near-zero result.
 NearZeroB nearZeroBRule(std::int32_t code)
 {
     switch (code) {
@@ -392,7 +398,8 @@ Conversion clothoidParameter(std::int32_t code, double a, double b)
 // ---- Offset curves ----
 
 // The difference t turned into the half-turn on the side the offset rate
-// moves to: an increasing offset turns the tangent clockwise.
+// moves to: an increasing offset turns the tangent clockwise. A rate of
+// exactly 0 takes the branch of a rate that is not positive.
 double followRate(double t, double g)
 {
     if (g > 0.0) return (t > 0.0) ? t - dc_pi : t;
@@ -410,6 +417,7 @@ int32_t tsMath_calculateSpiralPointByDistanceAndOffset(double *outX, double *out
     if (A == 0.0) return kFailure;
     const double tau = s * s / (2.0 * A * A);
     const double sign = (A > 0.0) ? 1.0 : -1.0;
+    // Any selector other than the long form's, known or not, means the short form.
     const SpiralPoint p = (formula == kLongForm) ? longForm(A, s, tau) : shortForm(A, s);
     const double cosTau = std::cos(tau);
     const double sinTau = std::sin(tau) * sign;
@@ -579,7 +587,9 @@ void UTMAT_CalculerTangenteOffClt(double A, double angle0, int32_t sense, double
 /* ---- Spiral length ---- */
 
 // A spiral whose curvature runs linearly from k1 to k2 turns by
-// (k1 + k2) L / 2, so L = 2 |w| / (k1 + k2).
+// (k1 + k2) L / 2, so L = 2 |w| / (k1 + k2). A radius too small to divide by
+// (0 among them) counts as a straight, and the signed curvatures are added,
+// so opposite hands of equal radius give no length at all.
 double tsMath_spiralLength(double azimuth1, double azimuth2, double R1, double R2)
 {
     double w = tsConversion_azimuthToDirection(azimuth2) - tsConversion_azimuthToDirection(azimuth1);
