@@ -304,12 +304,12 @@ TESSAR_API int32_t tsBtree_getNodeKey(const tsBtree *tree, const void **key);
  * Calls action(key, contents, userData) on every node in range, in key order,
  * until an answer is non-zero.
  */
-TESSAR_API int32_t tsBtree_performAction(tsBtree *tree, tsBtreeNodeAction action, void *userData,
+TESSAR_API int32_t tsBtree_performAction(const tsBtree *tree, tsBtreeNodeAction action, void *userData,
                                          const void *startKey, const void *endKey, int32_t startMode,
                                          int32_t endMode);
 
 /** Calls action(contents, userData) on every node in range, in key order, until an answer is non-zero. */
-TESSAR_API int32_t tsBtree_performPtrAction(tsBtree *tree, tsBtreeContentsAction action, void *userData,
+TESSAR_API int32_t tsBtree_performPtrAction(const tsBtree *tree, tsBtreeContentsAction action, void *userData,
                                             const void *startKey, const void *endKey, int32_t startMode,
                                             int32_t endMode);
 
@@ -319,7 +319,8 @@ TESSAR_API int32_t tsBtree_performPtrAction(tsBtree *tree, tsBtreeContentsAction
  * visited only if the node is not below the range and the action set goLeft,
  * the right child only if the node is not above the range and it set goRight.
  * A node out of range never calls the action, so the walk ends there even if
- * nodes in range lie under it.
+ * nodes in range lie under it. The action gets the node itself and may store
+ * contents in it, so the tree is not const here.
  */
 TESSAR_API int32_t tsBtree_performActionWithCondition(tsBtree *tree, tsBtreeConditionalAction action,
                                                       void *userData, const void *startKey,

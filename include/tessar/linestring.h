@@ -20,9 +20,11 @@
  * library's allocator and is released with tsMem_free (memory.h); lists are
  * released with tsLinkedList_destroy (linkedlist.h). An output pointer that
  * already holds an array on entry is freed first, so it must hold null or
- * such an array. One exception: the result of tsLineString_copyParallel2d
- * comes from the system allocator, and the caller releases it with the C
- * library's free. An empty result leaves a null pointer and a count of 0.
+ * such an array; the result list of
+ * tsConnectLines_dline3dAssembleLinkedListLineStrings must hold null. One
+ * exception: the result of tsLineString_copyParallel2d comes from the system
+ * allocator, and the caller releases it with the C library's free. An empty
+ * result leaves a null pointer and a count of 0.
  *
  * Results: 0 for success, 32768 for a bad argument or no memory. The
  * connecting functions also give a status: 0 a result exists, 1 the given
@@ -84,11 +86,14 @@ typedef struct tsStringIntersection {
  * \param[in]     n        its point count
  * \param[in]     distance the offset; positive to the right, 0.0 copies the string
  * \param[in]     joinType 2 for round joins; any other value for mitred joins
- * \param[in]     arcStep  chord step of round joins (a negative step counts as 0)
+ * \param[in]     arcStep  arc step of round joins: neighbouring arc points lie
+ *                         atan(arcStep / |distance|) apart; 0 or a negative step
+ *                         puts no points between the ends and the bisector
  * \param[in,out] result   an array held on entry is released with free; receives
  *                         a new array from the system allocator, to be released with free
  * \param[out]    count    its point count
- * \return 0; 32768 for null points, n below 2, a string with knots or no
+ * \return 0; 32768 for null points, n below 2, fewer than 2 points left
+ *         after repeated points are removed, a string with knots or no
  *         memory (the result is then null and the count 0).
  */
 TESSAR_API int32_t tsLineString_copyParallel2d(dpoint3d *points, int32_t n, double distance, int32_t joinType,
@@ -127,7 +132,8 @@ TESSAR_API int32_t tsJoinLines_linesDline3d(int32_t n, const tsLine *lines, doub
  * \param[out]    order      receives the end indices in walk order: for end e,
  *                           string e / 2, forward if e is even, backward if odd
  * \param[out]    orderCount its count; 0 when no path meets the conditions
- * \return 0, also with status 1 or 2; 32768 for a bad argument or no memory.
+ * \return 0, also with status 1 or 2; 32768 for a bad argument, or with
+ *         status 2 for no memory.
  */
 TESSAR_API int32_t tsConnectLines_dpoint3dLineStrings(tsLineString *const *strings, int32_t n,
                                                       int32_t *status, int32_t *closed, double *length,
@@ -146,8 +152,9 @@ TESSAR_API int32_t tsConnectLines_dpoint3dLineStrings(tsLineString *const *strin
  * \param[out] status 0 result, 1 the chains intersect, 2 nothing to connect
  * \param[out] closed as for tsConnectLines_dpoint3dLineStrings
  * \param[out] length plan length of the chains and connectors
- * \return 0, also with status 1 or 2; 32768 for n below 2, a null array, a
- *         result handle not null on entry or an empty list (status 2), or no memory.
+ * \return 0, also with status 1 or 2; 32768 for n below 2 or a null array;
+ *         32768 with status 2 for a result handle not null on entry, an
+ *         empty list or no memory.
  */
 TESSAR_API int32_t tsConnectLines_dline3dAssembleLinkedListLineStrings(tsLinkedList *const *lists, int32_t n,
                                                                        tsLinkedList **result, int32_t *status,
@@ -185,7 +192,7 @@ TESSAR_API int32_t tsLineString_detectStringIntersections(tsLineString *const *s
 /**
  * As tsLineString_detectStringIntersections, and inserts the crossings as
  * vertices: each string with crossings gets a new point array (repeated
- * points removed) and its old array is freed.
+ * points removed) and its old array, which must be a library array, is freed.
  */
 TESSAR_API int32_t tsLineString_insertStringIntersections(tsLineString *const *strings, int32_t n,
                                                           tsStringIntersection **intersections,

@@ -151,8 +151,8 @@ TESSAR_API int32_t tsLinkedList_eraseElements(tsLinkedList *list, tsLListIterato
  * to last, until an answer is non-zero.
  * \param[in] first the first element, or null for the start
  * \param[in] last  where the walk ends, or null for the end of the list
- * \return 0; -1 when first is on the sentinel (an empty list gives -1);
- *         32768 for a null list.
+ * \return 0, also when an answer stopped the walk; -1 when first is on the
+ *         sentinel (an empty list gives -1); 32768 for a null list.
  */
 TESSAR_API int32_t tsLinkedList_performAction(const tsLinkedList *list, tsLinkedListElementAction action,
                                               void *userData, const tsLListIterator *first,

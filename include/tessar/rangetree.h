@@ -53,7 +53,10 @@ TESSAR_API int32_t tsRangeTree1D_create(tsRangeTree1D **tree, const tsLinkedList
                                         tsRangeTree1DGetRangeFunc getRange);
 
 /**
- * Destroys the lists of the index and the tree, and clears the handle.
+ * Destroys the range list of every end point, frees the tree's header and
+ * clears the handle. The nodes of the index itself are not released: their
+ * memory is given up.
+ * \param[in,out] tree address of the handle
  * \return 0; 32768 for a null address or handle.
  */
 TESSAR_API int32_t tsRangeTree1D_destroy(tsRangeTree1D **tree);
