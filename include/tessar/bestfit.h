@@ -15,9 +15,10 @@
  * coordinates are in the caller's units. The standard error of the line,
  * plane and vertical curve fits is sqrt(sum of squared residuals) / n.
  *
- * Every function returns a signed 32-bit status: 0 on success, 32768 on
- * failure, and 1 where a function says so. Singular systems are not reported:
- * they show as a failure to converge or as meaningless values.
+ * Every function but tsBestFit_verticalProfileInitialize, which returns
+ * nothing, returns a signed 32-bit status: 0 on success, 32768 on failure,
+ * and 1 where a function says so. Singular systems are not reported: they
+ * show as a failure to converge or as meaningless values.
  *
  * Ownership. Arrays that a function hands out come from tsMem_* and are freed
  * with tsMem_free. Inputs stay the caller's; tsBestFit_horzCurveCalc changes

@@ -18,9 +18,9 @@
  *
  * Every UTMAT_* function here returns nothing, clears the kernel's error word
  * on entry and stores 32768 there on failure (see frame.h); results go
- * through pointers. Where no tolerance is passed, the tests use
- * UTMAT_getCalculPrec. A table failure is copied into the error word from
- * MEM_GetErreur.
+ * through pointers. A function without a tol argument either compares
+ * exactly or uses UTMAT_getCalculPrec; each says which. A table failure is
+ * copied into the error word from MEM_GetErreur.
  *
  * Ownership. Input polylines stay the caller's. A polyline or table that a
  * function hands back is a MEM_ table (see memory.h): passed as the address
@@ -206,7 +206,8 @@ TESSAR_API void UTMAT_ComparerPointASegment(const dpoint2d *p, const dpoint2d *a
  * Position of p against the vertices first..last of a profile.
  * \param[out] position TESSAR_POLY_BEFORE or _BEYOND (exact test on x), else
  *                      _ABOVE, _BELOW or _ON within tol; a point on a vertical
- *                      step is on the polyline
+ *                      step is on the polyline; untouched when no segment of
+ *                      the run holds p.x
  * Fails (output untouched) unless 0 <= first <= last <= n - 1.
  */
 TESSAR_API void UTMAT_ComparerPositionPointPolyligne(const dpoint2d *pts, int32_t n, const dpoint2d *p,
@@ -228,7 +229,8 @@ TESSAR_API void UTMAT_ComparerPositionPointPolyligne(const dpoint2d *pts, int32_
  * \param[out] y2Start, y2End ordinates of segment 2 at xStart and xEnd
  * \param[out] flags    TESSAR_SEG_* flags
  * \param[out] code     ten times the class of c plus the class of d
- *                      (TESSAR_SEG_CLASS_*); with 44 or 22 only code and flags are set
+ *                      (TESSAR_SEG_CLASS_*); with 44 or 22 (no common interval)
+ *                      found is 0 and only code and flags are set
  * Two segments that coincide over the whole interval have no meeting point.
  */
 TESSAR_API void UTMAT_ComparerPosition2Segments(const dpoint2d *segment1, const dpoint2d *segment2,
@@ -527,9 +529,9 @@ TESSAR_API void UTMAT_CalculerIntervDiffPolylignesDansFourchette(const dpoint2d 
  * comparisons). Where only one polyline exists, it is the result.
  * \param[in]  attributes1 one record per vertex of polyline 1 (valeur carried)
  * \param[in]  attributes2 one record per vertex of polyline 2
- * \param[out] points      MEM_ table of the envelope
+ * \param[out] points      MEM_ table of the envelope, built from empty (pass null)
  * \param[out] attributes  MEM_ table of one record per envelope vertex, or null
- * \param[out] count       number of envelope vertices
+ * \param[out] count       number of envelope vertices (cleared first)
  */
 TESSAR_API void UTMAT_AppliquerMasque(const dpoint2d *pts1, const UTMAT_AttributMasque *attributes1,
                                       int32_t n1, const dpoint2d *pts2,
@@ -568,11 +570,11 @@ TESSAR_API void UTMAT_TranslationComplexePolyligne(const dpoint2d *pts, const dp
  * \param[in]     attributes    one opaque record per segment, or null
  * \param[in]     attributeSize size in bytes of one record
  * \param[in]     thicknesses   n - 1 thicknesses, one per segment
- * \param[out]    points        MEM_ table of the result
+ * \param[out]    points        MEM_ table of the result, built from empty (pass null)
  * \param[out]    attributeTable MEM_ table of one byte copy of a segment's
  *                              record per result vertex, or null
- * \param[out]    count         number of result vertices
- * Fails on a zero-length segment.
+ * \param[out]    count         number of result vertices (cleared first)
+ * Fails on a zero-length segment; a vertical one gives an infinite offset.
  */
 TESSAR_API void UTMAT_TranslationPolyligneParEpaisseurs(dpoint2d *pts, const void *attributes,
                                                         size_t attributeSize, const double *thicknesses,
