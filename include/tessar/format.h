@@ -65,7 +65,7 @@ TESSAR_BEGIN_DECLS
 /**
  * Prints value cut, without rounding, behind the given number of decimals
  * (1.999 with 2 reads "1.99"; with 0 decimals the point goes as well).
- * \param[out] buffer   the text; not tested for null
+ * \param[out] buffer   the text; must not be null
  * \param[in]  value    the number
  * \param[in]  decimals digits behind the point
  * \return 0.
@@ -75,14 +75,14 @@ TESSAR_API int32_t tsFormat_doubleByDecimalDigits(char *buffer, double value, in
 /**
  * Prints value rounded to the given number of decimals, "%.*lf"
  * (1.999 with 2 reads "2.00").
- * \param[out] buffer   the text; not tested for null
+ * \param[out] buffer   the text; must not be null
  * \return 0.
  */
 TESSAR_API int32_t tsFormat_doubleByDecimalDigitsNoTrunc(char *buffer, double value, int32_t decimals);
 
 /**
  * The number core.
- * \param[out] buffer   the text; not tested for null
+ * \param[out] buffer   the text; must not be null
  * \param[in]  value    the number
  * \param[in]  decimals digits behind the point
  * \param[in]  truncate non-zero: cut behind the decimals instead of rounding
@@ -167,7 +167,9 @@ TESSAR_API char *tsFormat_RestoreDefaultLocale(void);
  * \param[out] first, second, third the pieces
  * \param[in]  angle       radians
  * \param[in]  mode        angle mode
- * \param[in]  decimals    digits behind the point of the last piece
+ * \param[in]  decimals    digits behind the point of the finest piece, the
+ *                         one in first (minutes and degrees of modes 2 and 3
+ *                         have none)
  * \param[in]  truncate    non-zero: cut instead of rounding
  * \param[in]  degreeWidth width of the degrees when padding
  * \param[in]  pad         non-zero: zero-pad the pieces
@@ -288,8 +290,8 @@ TESSAR_API int32_t format_quadrantNumber(char *first, char *second, char *third,
 
 /**
  * Fills the pieces of a conventional direction (degree width 3) and its
- * cardinal index, read from the printed text: 0 east (2), 90 or 100 grads
- * north (1), 180 west (4), 270 south (3), else -1.
+ * cardinal index, read from the printed text: 0 east (2), 90 north (1),
+ * 180 west (4), 270 south (3), in grads 0, 100, 200, 300; else -1.
  * \param[out] first, second, third the angle pieces
  * \param[out] cardinal  the cardinal index
  * \param[in]  direction radians
@@ -306,7 +308,7 @@ TESSAR_API int32_t format_quadrantNumberConventional(char *first, char *second, 
 /**
  * Fills the pieces of the azimuth of a direction (degree width 3) and its
  * cardinal index, read from the printed text: 0 north (1), 90 east (2),
- * 180 south (3), 270 west (4), else -1.
+ * 180 south (3), 270 west (4), in grads 0, 100, 200, 300; else -1.
  * Arguments as format_quadrantNumberConventional. \return 0.
  */
 TESSAR_API int32_t format_quadrantNumberAzimuth(char *first, char *second, char *third, int32_t *cardinal,
@@ -350,13 +352,14 @@ TESSAR_API int32_t tsFormat_getFormattedGeodeticOrdinate(char *buffer, int32_t k
  * (either case) is positive, S or W negative; without one a leading "-" is
  * negative. The number itself is not read, so the result is always a zero
  * carrying that sign: callers take the hemisphere from the sign of the zero.
- * \param[out] result cleared first, then +0.0 or -0.0
- * \param[in]  kind   0 latitude, 1 longitude
- * \param[in]  text   the text; it is cleaned and cut on a working copy
+ * \param[out]    result cleared first, then +0.0 or -0.0
+ * \param[in]     kind   0 latitude, 1 longitude
+ * \param[in,out] text   the text; it is cleaned in place, and the hemisphere
+ *                       letter or the minus is cut off it
  * \return 0, or 32768 for a null or (after cleaning) empty text or a kind
  *         other than 0 or 1.
  */
-TESSAR_API int32_t tsFormat_getDoubleGeodeticOrdinate(double *result, int32_t kind, const char *text);
+TESSAR_API int32_t tsFormat_getDoubleGeodeticOrdinate(double *result, int32_t kind, char *text);
 
 /* ---- Reading angles and directions ---- */
 
@@ -401,8 +404,10 @@ TESSAR_API int32_t tsFormat_getDoubleDirectionExt(double *result, int32_t style,
  * \param[in]  style           station style 0, 2 or 3
  * \param[in]  leading         leading style 0, 1 or 2, for less than one station
  * \param[in]  signedRemainder non-zero: a negative remainder prints as its
- *                             absolute value (in thousands only beyond the
- *                             first station); zero: it prints as 0
+ *                             absolute value, in hundreds always, in
+ *                             thousands only when the whole-station count
+ *                             is not 0 (else it stays negative); zero: a
+ *                             negative remainder prints as 0
  * \return 0, or 32768 for a null buffer or another style.
  */
 TESSAR_API int32_t tsFormat_getFormattedStationEx(char *buffer, double value, int32_t decimals, int32_t style,

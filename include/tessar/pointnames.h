@@ -118,16 +118,17 @@ TESSAR_API int32_t tsString_extractIntegerRange(const char *text, int32_t *low, 
  * token goes to strings, in double quotes again; an unquoted numeric token
  * (tsString_isNumeric) to numbers; any other to strings. Tokens keep their
  * blanks and are separated by commas, with no comma after the last one. At
- * most 100 tokens.
- * \param[out] numbers cleared first, then the numeric tokens
- * \param[out] strings cleared first, then the other tokens
- * \param[in]  unused  not used
- * \param[in]  input   the comma-separated text
+ * most 100 tokens. The input is split in place: the tokeniser writes zeros
+ * over the characters that end its tokens.
+ * \param[out]    numbers cleared first, then the numeric tokens
+ * \param[out]    strings cleared first, then the other tokens
+ * \param[in]     unused  not used
+ * \param[in,out] input   the comma-separated text, cut into its tokens
  * \return 0, or 32768 for a null or empty input, a null output, or a failure
  *         of the tokeniser.
  */
 TESSAR_API int32_t tsString_extractIntegerAndStringExpressions(char *numbers, char *strings, void *unused,
-                                                               const char *input);
+                                                               char *input);
 
 /**
  * Tests for a digit followed only by digits and "-"; "1-5-9" and "1-" pass.

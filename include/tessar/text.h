@@ -261,11 +261,14 @@ TESSAR_API int32_t tsString_replaceAllSubstringsi(char *s, const char *find, con
 /**
  * Appends text, and a line feed if newline is non-zero, to a growing heap
  * text, reallocated with tsMem_realloc (the caller frees it with tsMem_free).
+ * Appending an empty text without line feed to an existing buffer does
+ * nothing.
  * \param[in]     text    text to append
  * \param[in]     newline non-zero to add a line feed
  * \param[in,out] buffer  address of the heap text; null there starts a new one
  * \param[in,out] size    optional: the buffer's size in bytes, updated; when
- *                        null the size is taken as the text's length plus one
+ *                        null the size of an existing buffer is taken as the
+ *                        length of the heap text plus one
  * An allocation failure is not tested.
  * \return 0, or 32768 for a null text or buffer address.
  */
