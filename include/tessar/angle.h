@@ -70,14 +70,16 @@ TESSAR_API double UTMAT_NormaliserAngle(int32_t mode, double angle);
 
 /**
  * \return the counter-clockwise angle from v1 to v2, in 0 up to 2 pi; 0 when
- * either vector is zero (not a failure). Tests v1 and v2.
+ * either vector is zero (not a failure). Tests v1 and v2: a null one sets
+ * 32768.
  */
 TESSAR_API double UTMAT_CalculerAngleV1V2(const dpoint2d *v1, const dpoint2d *v2);
 
 /**
  * The counter-clockwise angle from the direction (-b1, a1) of d1 to the
  * direction (-b2, a2) of d2, in 0 up to 2 pi.
- * \param[out] out the angle. Tests all three pointers.
+ * \param[out] out the angle
+ * Tests all three pointers: a null one sets 32768.
  */
 TESSAR_API void UTMAT_CalculerAngleD1D2(const UTMAT_Droite *d1, const UTMAT_Droite *d2, double *out);
 
@@ -116,7 +118,7 @@ TESSAR_API double UTMAT_CalculerAnglePtOffsetAngle(const dpoint2d *p1, const dpo
  * negative sweep opens clockwise.
  * \param[out] inside 1 when the angle lies in the sector, else 0
  * \param[out] delta  the angle less start, moved by 2 pi to the sweep's side
- * Tests inside and delta (both required).
+ * Tests inside and delta (both required): a null one sets 32768.
  */
 TESSAR_API void UTMAT_ComparerAngleASecteurAngulaire(double angle, double start, double sweep, double tol,
                                                      int32_t *inside, double *delta);
@@ -151,7 +153,8 @@ TESSAR_API void UTMAT_Classer2Secteurs(const dpoint2d *dir1, double sweep1, cons
  * \param[out] direction the start direction of the common part; (0, 0) when none
  * \param[out] sweep     its sweep; 0 when none
  * \param[out] count     1, or 0 for sectors that do not touch (not a failure)
- * Sectors that cannot be classified (a not-a-number operand) set 32768.
+ * Sectors that cannot be classified (a not-a-number operand) set 32768 and
+ * the function returns at once.
  */
 TESSAR_API void UTMAT_CalculerProduitSecteur(const dpoint2d *dir1, double sweep1, const dpoint2d *dir2,
                                              double sweep2, dpoint2d *direction, double *sweep,
@@ -162,7 +165,8 @@ TESSAR_API void UTMAT_CalculerProduitSecteur(const dpoint2d *dir1, double sweep1
  * is reported with sweep 0.
  * \param[out] direction its start direction (one of the two given)
  * \param[out] sweep     its sweep, in 0 up to 2 pi
- * Sectors that cannot be classified (a not-a-number operand) set 32768.
+ * Sectors that cannot be classified (a not-a-number operand) set 32768 and
+ * the function returns at once.
  */
 TESSAR_API void UTMAT_CalculerSommeSecteur(const dpoint2d *dir1, double sweep1, const dpoint2d *dir2,
                                            double sweep2, dpoint2d *direction, double *sweep);

@@ -71,7 +71,9 @@ TESSAR_API void UTMAT_CalculerIntersectionDroiteCercle(UTMAT_Droite *line, const
  * c1 to c2.
  * \param[out] out   the points
  * \param[out] count 0, 1 or 2; -1 when the circles coincide (squared distance
- *                   of the centres not above tol, radii equal within tol)
+ *                   of the centres not above tol, radii equal within tol);
+ *                   0 for concentric circles of different radii (no error)
+ * A degenerate radical line sets 32768.
  */
 TESSAR_API void UTMAT_CalculerIntersection2Cercle(const dpoint2d *c1, double R1, const dpoint2d *c2,
                                                   double R2, double tol, dpoint2d out[2], int32_t *count);
@@ -84,7 +86,7 @@ TESSAR_API void UTMAT_CalculerIntersection2Cercle(const dpoint2d *c1, double R1,
  * \param[in]  unused  accepted and ignored
  * \param[out] roots   two roots: the larger by magnitude first
  * \param[out] count   0 (no real root, or a = b = 0), 1 (linear or double
- *                     root) or 2. Tests count.
+ *                     root) or 2. Tests count: a null one sets 32768.
  */
 TESSAR_API void UTMAT_ResoudreEquation2Degre(double a, double b, double c, double unused, double roots[2],
                                              int32_t *count);

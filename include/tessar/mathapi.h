@@ -152,7 +152,7 @@ TESSAR_API int32_t tsMath_calculateLineEquationFromOriginAndDirection2d(double *
 
 /**
  * \param[out] distance the signed distance (a x + b y + c) / sqrt(a a + b b)
- * \return 0, or 32768 when a and b are both 0.
+ * \return 0, or 32768 when sqrt(a a + b b) is 0.
  */
 TESSAR_API int32_t tsMath_calculerDistancePtLineEquation2d(double *distance, double a, double b, double c,
                                                            double x, double y);
@@ -160,7 +160,8 @@ TESSAR_API int32_t tsMath_calculerDistancePtLineEquation2d(double *distance, dou
 /**
  * \param[out] offset the signed distance of (px, py) from the line (x1, y1)
  *                    to (x2, y2), positive on the right; set to 0.0 first
- * \return 0, or 32768 when offset is null or the line has no length.
+ * \return 0, or 32768 when offset is null or the division guard fails (a
+ * line of no length).
  */
 TESSAR_API int32_t tsMath_offsetToLine2d(double *offset, double px, double py, double x1, double y1,
                                          double x2, double y2);
@@ -205,8 +206,9 @@ TESSAR_API int32_t tsMath_intersectLineWithLine2d(double *x, double *y, double x
 
 /**
  * Tests whether segment CD (x3, y3)-(x4, y4) overlaps segment AB (x1, y1)-(x2, y2):
- * collinear within tolerance (on unnormalised cross products) and an end of
- * CD strictly within AB. Not symmetric: a CD that covers AB gives 0.
+ * collinear within tolerance (on unnormalised cross products, so the
+ * tolerance scales with the lengths) and C or D at a parameter t on AB with
+ * tolerance <= t <= 1 - tolerance. Not symmetric: a CD that covers AB gives 0.
  * \return 1 or 0.
  */
 TESSAR_API int32_t tsMath_overlapLineSegments(double x1, double y1, double x2, double y2, double x3,
@@ -281,7 +283,8 @@ TESSAR_API int32_t tsMath_calculateIntersectionCircleCircle2d(double *x1, double
 /**
  * The points of contact of the two tangents from (px, py) to a circle, the
  * first on the left seen from the point towards the centre.
- * \param[out] x1, y1, x2, y2 both (px, py) when the point is on the circle
+ * \param[out] x1, y1, x2, y2 set to (px, py) first; both stay so when the
+ *                            point is exactly on the circle
  * \return 0, or 32768 when the point is inside the circle or two points
  * were not found.
  */
@@ -328,7 +331,9 @@ TESSAR_API int32_t tsMath_passTangentParabolaThruPoint(double *length, double Ay
  * The radius of the circular curve tangent to the lines V-A and V-B through
  * P. Each point is given y first, then x.
  * \param[out] radius the radius; 0.0 when the angle at the centre is 0
- * \param[in]  flag   selects the branch of the construction
+ * \param[in]  flag   which branch: the angle at the centre is worked out
+ *                    plus (non-zero) or minus (0) P's angle at V from the
+ *                    nearer tangent
  */
 TESSAR_API void tsMath_passTangentCurveThruPoint(double *radius, double Ay, double Ax, double By, double Bx,
                                                  double Vy, double Vx, double Py, double Px, int32_t flag);

@@ -43,7 +43,8 @@ TESSAR_BEGIN_DECLS
  * The parameter of the ovoid between the radii R1 and R2 (absolute values
  * are taken of R1, R2 and v).
  * \param[in]  code  TESSAR_OVOID_LENGTH, _DEFLECTION or _GAP: what v is
- * \param[out] A     the parameter; not written for equal radii (codes 1, 2)
+ * \param[out] A     the parameter; not written for radii equal within
+ *                   UTMAT_getCalculPrec (codes 1 and 2, R1 not 0)
  * \param[out] valid 1 on every path without error, else 0
  * An unknown code, or a failed step of the search by gap, sets 32768.
  */
@@ -53,9 +54,11 @@ TESSAR_API void UTMAT_CalculerParametreOve(int32_t code, double R1, double R2, d
 /* ---- Circles osculating a clothoid ---- */
 
 /**
- * The circle through p that osculates the clothoid of parameter A between the
- * abscissas s1 and s2, found by bisection between the deflections 0.001 and
- * pi / 2.
+ * The circle through p that osculates the clothoid of parameter A, found by
+ * bisection on the abscissa between the deflections 0.001 and pi / 2,
+ * whatever s1 and s2 are. s1 and s2, the abscissas of the ends of the piece,
+ * serve for the snap: a p within the distance tolerance of an end gives the
+ * circle osculating there.
  * \param[out] centre, R the circle (R is 0 first)
  * \param[out] tangency  the point of the clothoid it osculates
  * \param[out] count     1, or 0 (also for A exactly 0)

@@ -53,7 +53,7 @@ TESSAR_API void UTMAT_CalculerArcParPs3Pt(const dpoint2d *p1, const dpoint2d *p2
 /**
  * The parabola of radius R through two points.
  * \param[out] S     its vertex
- * \param[out] count 1, or 0 for points with equal x
+ * \param[out] count 1, or 0 for points with equal x or a failed guard on R
  */
 TESSAR_API void UTMAT_CalculerArcParPs2PtRayon(const dpoint2d *p1, const dpoint2d *p2, double R, dpoint2d *S,
                                                int32_t *count);
@@ -161,7 +161,9 @@ TESSAR_API void UTMAT_CalculerArcParTg1ArcParPs1PtRayon(const dpoint2d *S0, doub
  * The parabolas tangent to the parabolas (S1, R1) and (S2, R2) through p.
  * \param[out] S, R  room for 2 vertices and radii
  * \param[out] T     room for 2 pairs: the point on (S1, R1), then on (S2, R2)
- * \param[out] count 0 to 2
+ * \param[out] count 0 to 2; a guard that fails at a root stops the function
+ *                   with the count of the roots finished, whose slots still
+ *                   hold zeros
  */
 TESSAR_API void UTMAT_CalculerArcParTg2ArcParPs1Pt(const dpoint2d *S1, double R1, const dpoint2d *S2,
                                                    double R2, const dpoint2d *p, dpoint2d *S, double *R,

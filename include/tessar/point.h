@@ -117,13 +117,17 @@ TESSAR_API double tsPoint_getDistanceToRectangle2d(const dpoint3d *point, const 
 TESSAR_API int32_t tsPoint_locatePointByDistanceDirection2d(dpoint3d *out, double distance, double direction,
                                                             const dpoint3d *origin);
 
-/** out = origin + distance * (tangent.x, tangent.y); out's z = origin's z. \return 0, or 32768 on a null
- * pointer. */
+/**
+ * out = origin + distance * (tangent.x, tangent.y); out's z = origin's z.
+ * \return 0, or 32768 on a null pointer.
+ */
 TESSAR_API int32_t tsPoint_locatePointByDistanceTangent2d(dpoint3d *out, double distance,
                                                           const dpoint3d *tangent, const dpoint3d *origin);
 
-/** out = point turned by angle about the origin, then moved by (tx, ty); out's z is not set. \return 0, or
- * 32768 on a null pointer. */
+/**
+ * out = point turned by angle about the origin, then moved by (tx, ty); out's
+ * z is not set. \return 0, or 32768 on a null pointer.
+ */
 TESSAR_API int32_t tsPoint_locatePointByTranslationRotation2d(const dpoint3d *point, double tx, double ty,
                                                               double angle, dpoint3d *out);
 
@@ -248,9 +252,10 @@ TESSAR_API int32_t tsLine_createByStartPointAndDirectionVector(tsLine *line, con
                                                                const dpoint3d *vector);
 
 /**
- * The plane line along direction from the distance start to the distance end
- * measured from point (reversed when start is greater than end); its length
- * is |end - start| and its origin keeps point's z.
+ * A plane line from a direction and two distances: with a = direction, or
+ * direction + pi when start is greater than end, the unit vector is
+ * (cos a, sin a, 0), the origin point + start (cos a, sin a) with point's z,
+ * and the length |end - start|.
  * \return 0, or 32768 on a null pointer.
  */
 TESSAR_API int32_t tsLine_createByPointDirectionParameter2d(tsLine *line, const dpoint3d *point,

@@ -29,9 +29,10 @@
  * Every function clears the kernel's error word, sets the count to 0 first
  * and follows the kernel's call frame (see frame.h). No solution is a count
  * of 0 with the error word at 0, as is a given radius not above 0 within
- * UTMAT_getCalculPrec. 32768 comes only from a degenerate line (a and b both
- * 0), and from a null p1 in UTMAT_CalculerCerPs3Pt; the count then stands at
- * the solutions stored so far.
+ * UTMAT_getCalculPrec (|R| in UTMAT_CalculerCerTgDtePs1PtRayon). 32768
+ * comes only from a degenerate line (a and b both 0), and from a null p1 in
+ * UTMAT_CalculerCerPs3Pt; the count then stands at the solutions stored so
+ * far.
  */
 #ifndef TESSAR_TANGENT_H
 #define TESSAR_TANGENT_H
@@ -87,7 +88,8 @@ TESSAR_API void UTMAT_CalculerCerTg2DtePs1Pt(const UTMAT_Droite *d1, const UTMAT
                                              dpoint2d *points, int32_t *count);
 
 /**
- * The circles of radius R tangent to a line through a point.
+ * The circles of radius R tangent to a line through a point. Only |R| is
+ * tested against 0, so a negative R is not refused.
  * \param[out] centres room for 4
  * \param[out] points  room for 4: the points on d
  * \param[out] count   the number stored

@@ -91,8 +91,10 @@ TESSAR_API int32_t tsTransform_moveDirection2d(const tsTransform *T, dpoint3d *d
  */
 TESSAR_API int32_t tsTransform_moveAngle(const tsTransform *T, double *angle);
 
-/** Prints T on standard output: a begin line, three rows of "%f" values separated by ",", an end line.
- * \return 0. */
+/**
+ * Prints T on standard output: a begin line, three rows of "%f" values
+ * separated by ",", an end line. \return 0.
+ */
 TESSAR_API int32_t tsTransform_printf(const tsTransform *T);
 
 /* ---- Matrices ---- */
@@ -104,7 +106,9 @@ TESSAR_API int32_t tsTransform_printf(const tsTransform *T);
  */
 TESSAR_API int32_t tsMatrix_memMatrix(tsMatrix *M, int32_t rows, int32_t cols);
 
-/** Sets rows and cols to 0 and frees data (the pointer is left dangling). \return the result of tsMem_free.
+/**
+ * Sets rows and cols to 0 and frees data (the pointer is left dangling).
+ * \return the result of tsMem_free.
  */
 TESSAR_API int32_t tsMatrix_freeMatrix(tsMatrix *M);
 
