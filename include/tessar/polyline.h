@@ -104,7 +104,11 @@ TESSAR_BEGIN_DECLS
 #define TESSAR_DIFF_AFTER_ABOVE 0x40000u /**< after: polyline 2 above polyline 1 */
 #define TESSAR_DIFF_AFTER_MASK 0x70000u  /**< the high flag */
 
-/* Measure across a tunnel (UTMAT_AppliquerTunnelAPolyligne); any other mode is the plain distance. */
+/*
+ * Measure across a tunnel (UTMAT_AppliquerTunnelAPolyligne); any other mode is
+ * the plain distance. A divided measure is 0 where the component is near-equal
+ * to 0 within UTMAT_getCalculPrec.
+ */
 #define TESSAR_TUNNEL_DISTANCE 0 /**< distance from the axis */
 #define TESSAR_TUNNEL_ACROSS_Y 1 /**< distance divided by the y component of the axis direction */
 #define TESSAR_TUNNEL_ACROSS_X 2 /**< distance divided by the x component of the axis direction */
@@ -465,7 +469,8 @@ TESSAR_API void UTMAT_SegmentDansContour(const dpoint2d *a, const dpoint2d *b, c
  * Both polylines run toward increasing x; the difference is y on polyline 1
  * minus y on polyline 2, measured exactly (nothing is sampled). Lengths and
  * areas "above" are where polyline 1 lies above polyline 2; a stretch of
- * equal levels counts as below. Each sum output may be null. Tables are MEM_
+ * equal levels counts as below (a mean height near-equal to 0 within
+ * UTMAT_getCalculPrec counts as no area). Each sum output may be null. Tables are MEM_
  * tables: their pointers and all counts and sums are cleared on entry (free
  * any previous table first). Meeting points come in increasing x, with a
  * type word of TESSAR_DIFF_* flags. */
