@@ -259,7 +259,8 @@ TESSAR_API int32_t tsMath_computeCurveRadiusFromThreePoints(double x1, double y1
 
 /**
  * The crossings of the line a x + b y + c = 0 with a circle.
- * \param[out] x1, y1 the first point (F + h T, T = the line's unit direction)
+ * \param[out] x1, y1 the first point (F + h T, T = the line's unit direction),
+ *                    not written when count is 0
  * \param[out] x2, y2 the second point, written only when count is 2
  * \param[out] count  0, 1 (tangent within tolerance) or 2
  * \return 0, or 32768 when a and b are both 0.
@@ -321,8 +322,8 @@ TESSAR_API int32_t tsMath_parabolaTangentsToPoint(double *x1, double *y1, double
  * \param[out] length twice the larger non-negative root; 0.0 when there is
  *                    none, when a grade cannot be formed or when the grades
  *                    are equal and opposite
- * \return the number of roots of the solver (not meaningful when a grade
- * cannot be formed).
+ * \return the number of roots of the solver; 0 when a grade cannot be
+ * formed or the grades are equal and opposite.
  */
 TESSAR_API int32_t tsMath_passTangentParabolaThruPoint(double *length, double Ay, double Ax, double By,
                                                        double Bx, double Vy, double Vx, double Py, double Px);
