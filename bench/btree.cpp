@@ -4,6 +4,7 @@
 // 10^6, and for 8-bit string keys (point names) at 10^5.
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -44,8 +45,11 @@ template <> std::vector<std::string> randomKeys<std::string>(int32_t n)
 {
     std::mt19937 rng(12345);
     std::vector<std::string> keys(static_cast<size_t>(n));
+    char name[16];
     for (auto &k : keys) {
-        k = "P" + std::to_string(1000000 + rng() % 9000000) + "-" + char('A' + rng() % 26);
+        std::snprintf(name, sizeof name, "P%07u-%c", static_cast<unsigned>(1000000u + rng() % 9000000u),
+                      char('A' + rng() % 26));
+        k = name;
     }
     return keys;
 }
