@@ -65,8 +65,10 @@ TESSAR_API int32_t tsDynArray_create(tsDynArray **array, size_t elementSize);
  * Creates an empty array with a given block number.
  * \param[out] array       address of the handle
  * \param[in]  elementSize bytes per element
- * \param[in]  blockNumber allocation granularity, in elements
- * \return 0; 32768 for a null address.
+ * \param[in]  blockNumber allocation granularity, in elements; below 1 the
+ *                         block holds exactly the elements in use
+ * \return 0, the handle holding null if there was no memory; 32768 for a
+ *         null address.
  */
 TESSAR_API int32_t tsDynArray_createWithMinBlockNumberAllocated(tsDynArray **array, size_t elementSize,
                                                                 int32_t blockNumber);
@@ -86,7 +88,8 @@ TESSAR_API int32_t tsDynArray_clear(tsDynArray *array);
  * a byte copy of the elements.
  * \param[out] clone  address of the new handle
  * \param[in]  source the array to copy
- * \return 0; 32768 for a null argument.
+ * \return 0; 32768 for a null argument, or no memory (the new handle then
+ *         holds null).
  */
 TESSAR_API int32_t tsDynArray_clone(tsDynArray **clone, const tsDynArray *source);
 
@@ -98,8 +101,9 @@ TESSAR_API int32_t tsDynArray_getSize(const tsDynArray *array);
 /**
  * Inserts count elements before index, or at the end for index -1 or an
  * empty array. Elements appended at the end are zeroed; slots opened in the
- * middle keep their old bytes until set. An index outside 0 to the count
- * inserts nothing.
+ * middle keep their old bytes until set. An index outside 0 to the count,
+ * or a negative count in the middle, inserts nothing; without memory the
+ * array stays as it was.
  * \return 0, also when the index was refused; 32768 for a null array.
  */
 TESSAR_API int32_t tsDynArray_insertElements(tsDynArray *array, int32_t index, int32_t count);
@@ -111,14 +115,17 @@ TESSAR_API int32_t tsDynArray_insertElement(tsDynArray *array, int32_t index);
  * Inserts one element before index (-1: at the end) and copies the element
  * into it.
  * \param[in] element elementSize bytes to store
- * \return 0; 32768 for a null array.
+ * \return 0; 32768 for a null array, or when nothing was inserted (an index
+ *         outside 0 to the count, or no memory), in which case nothing is
+ *         copied.
  */
 TESSAR_API int32_t tsDynArray_insertAndSetElement(tsDynArray *array, int32_t index, const void *element);
 
 /**
  * Removes the element at index (-1: the last). Removing the only element
  * frees the block.
- * \return 0; 32768 for a null array or an index above the last.
+ * \return 0; 32768 for a null array or an index above the last (-1 on an
+ *         empty array, which has no last element).
  */
 TESSAR_API int32_t tsDynArray_deleteElement(tsDynArray *array, int32_t index);
 
@@ -139,7 +146,8 @@ TESSAR_API int32_t tsDynArray_insertElementByOrder(tsDynArray *array, const void
  * Copies an element out.
  * \param[in]  index       the element; -1 for the last
  * \param[out] destination receives elementSize bytes
- * \return 0; 32768 for a null array or an index above the last.
+ * \return 0; 32768 for a null array or an index above the last (-1 on an
+ *         empty array, which has no last element).
  */
 TESSAR_API int32_t tsDynArray_getElement(const tsDynArray *array, int32_t index, void *destination);
 
@@ -147,7 +155,8 @@ TESSAR_API int32_t tsDynArray_getElement(const tsDynArray *array, int32_t index,
  * Copies an element in.
  * \param[in] index  the element; -1 for the last
  * \param[in] source elementSize bytes
- * \return 0; 32768 for a null array or an index above the last.
+ * \return 0; 32768 for a null array or an index above the last (-1 on an
+ *         empty array, which has no last element).
  */
 TESSAR_API int32_t tsDynArray_setElement(tsDynArray *array, int32_t index, const void *source);
 
@@ -175,8 +184,8 @@ TESSAR_API int32_t tsDynArray_sort(tsDynArray *array, tsDynArrayCompareFunc comp
  * non-zero. The bounds are only checked (-1 for first stands for 0, -1 for
  * last for the last index): the walk always runs over all elements from
  * index 0.
- * \return 0, also when an action stopped the walk; 32768 for first below 0
- *         or last at or above the count.
+ * \return 0, also when an action stopped the walk; 32768 for a null array,
+ *         first below 0 or last at or above the count.
  */
 TESSAR_API int32_t tsDynArray_performAction(tsDynArray *array, tsDynArrayElementAction action, void *userData,
                                             int32_t first, int32_t last);

@@ -12,7 +12,8 @@
  * tsLListIterator_* walks a list. An iterator stands before the start (a
  * flag, set on a new iterator), on an element's node, or on the sentinel,
  * which is the position after the last element. It is valid only while the
- * node it stands on lives.
+ * node it stands on lives. The list functions that take an iterator as a
+ * position take one before the start as standing on the sentinel.
  *
  * Lists and iterators are opaque records held in the caller's handle
  * variables: create fills a handle holding null, destroy frees the record and
@@ -22,6 +23,9 @@
  * Results: 0 for success; 32768 for a bad argument or, where stated, an
  * unsorted list; -1 for an iterator before the start or on the sentinel
  * where an element is needed; -2 for a step back from the first element.
+ * A function that adds elements gives 32768 when there is no memory or the
+ * list would pass 2^60 - 1 elements, and then leaves the list as it was
+ * (tsLinkedList_appendCopy keeps what it added before the failure).
  */
 #ifndef TESSAR_LINKEDLIST_H
 #define TESSAR_LINKEDLIST_H
@@ -114,10 +118,11 @@ TESSAR_API int32_t tsLinkedList_popFront(tsLinkedList *list);
 TESSAR_API int32_t tsLinkedList_popBack(tsLinkedList *list);
 
 /**
- * Inserts a copy of the element before the iterator's node (on the sentinel:
- * at the end); the iterator then stands on the new node. Clears sorted.
+ * Inserts a copy of the element before the iterator's node (on the sentinel,
+ * or before the start: at the end); the iterator then stands on the new
+ * node. Clears sorted.
  * \param[in,out] iterator the position, or null for the first node
- * \return 0; 32768 for a null list.
+ * \return 0; 32768 for a null list or no memory.
  */
 TESSAR_API int32_t tsLinkedList_insert(tsLinkedList *list, tsLListIterator *iterator, const void *element);
 
@@ -130,7 +135,8 @@ TESSAR_API int32_t tsLinkedList_insertInOrder(tsLinkedList *list, const void *el
 
 /**
  * Removes the iterator's element; the iterator moves to the next node.
- * \return 0; -1 for an iterator on the sentinel; 32768 for a null list.
+ * \return 0; -1 for an iterator on the sentinel or before the start; 32768
+ *         for a null list or iterator.
  */
 TESSAR_API int32_t tsLinkedList_eraseElement(tsLinkedList *list, tsLListIterator *iterator);
 
@@ -148,7 +154,7 @@ TESSAR_API int32_t tsLinkedList_eraseElements(tsLinkedList *list, tsLListIterato
 
 /**
  * Calls action(copy of the element, userData) on the elements from first up
- * to last, until an answer is non-zero.
+ * to, not including, last, until an answer is non-zero.
  * \param[in] first the first element, or null for the start
  * \param[in] last  where the walk ends, or null for the end of the list
  * \return 0, also when an answer stopped the walk; -1 when first is on the
@@ -168,7 +174,10 @@ TESSAR_API int32_t tsLinkedList_sort(tsLinkedList *list);
 /** Reverses the order of the elements and clears sorted, whatever the length. \return 0; 32768 for null. */
 TESSAR_API int32_t tsLinkedList_reverse(tsLinkedList *list);
 
-/** Removes each element equal to the one before it. \return 0; 32768 for a null list. */
+/**
+ * Removes each element equal to the one before it: compare(element kept,
+ * next element) == 0. \return 0; 32768 for a null list.
+ */
 TESSAR_API int32_t tsLinkedList_unique(tsLinkedList *list);
 
 /* ---- Lists: combining ----
@@ -184,9 +193,11 @@ TESSAR_API int32_t tsLinkedList_append(tsLinkedList *destination, const tsLinked
 TESSAR_API int32_t tsLinkedList_appendCopy(tsLinkedList *destination, const tsLinkedList *source);
 
 /**
- * When both lists are sorted, merges copies of the source elements in; of
- * equal elements the destination's come first. Otherwise nothing happens.
- * \return 0 either way; 32768 for a null list.
+ * When both lists are sorted, merges copies of the source elements in, by
+ * the destination's comparison: a source element goes before a destination
+ * element only when compare(source element, destination element) < 0, so
+ * of equal elements the destination's come first. Otherwise nothing happens.
+ * \return 0 either way; 32768 for a null list, or no memory.
  */
 TESSAR_API int32_t tsLinkedList_merge(tsLinkedList *destination, const tsLinkedList *source);
 
@@ -220,7 +231,8 @@ TESSAR_API int32_t tsLListIterator_begin(tsLListIterator *iterator);
 TESSAR_API int32_t tsLListIterator_end(tsLListIterator *iterator);
 
 /**
- * Moves to the next node; from before the start, to the first node.
+ * Moves to the next node; from before the start, to the first node; from
+ * the sentinel, round the ring to the first node again.
  * \return 0; -1 when the iterator lands on the sentinel.
  */
 TESSAR_API int32_t tsLListIterator_next(tsLListIterator *iterator);
@@ -240,7 +252,7 @@ TESSAR_API int32_t tsLListIterator_getCurrent(const tsLListIterator *iterator, v
 
 /**
  * Searches from the first node for an element equal to the given one, by the
- * list's comparison, and stands on it.
+ * list's comparison (compare(list element, element) == 0), and stands on it.
  * \return 0; 32768 for a null argument, or when not found (the iterator then
  *         stays where it was).
  */
@@ -250,8 +262,10 @@ TESSAR_API int32_t tsLListIterator_find(tsLListIterator *iterator, const void *e
  * Does not rebind the iterator: the iterator's own list is emptied and
  * refilled with copies of the given list's elements, and takes its element
  * size, sorted flag and comparison; the iterator then stands before the
- * start. When both are the same list, only the flags are taken.
- * \return 0; 32768 for a null argument.
+ * start. When both are the same list, only the flags are taken (the sorted
+ * flag, and the iterator stands before the start).
+ * \return 0; 32768 for a null argument, or no memory (the own list then
+ *         stays as it was).
  */
 TESSAR_API int32_t tsLListIterator_setLinkedList(tsLListIterator *iterator, const tsLinkedList *list);
 
