@@ -177,7 +177,8 @@ TESSAR_API int32_t tsBtree_createForDoubleKey(tsBtree **tree, tsBtreeFreeContent
 
 /**
  * Releases every node (left subtree, right subtree, node), with its key and,
- * through freeContents, its contents; then frees the tree and clears the handle.
+ * through freeContents, its non-null contents; then frees the tree and
+ * clears the handle.
  * \param[in,out] tree address of the handle
  * \return 0; 32768 for a null address or handle; a failure while releasing
  *         stops it with that code and keeps the tree.
@@ -205,8 +206,8 @@ TESSAR_API int32_t tsBtree_addNode(tsBtree *tree, const void *key, void *content
 TESSAR_API int32_t tsBtree_addNodeUnique(tsBtree *tree, const void *key, void *contents);
 
 /**
- * Removes the current node and releases its key, its contents (through
- * freeContents) and the node. The cursor first moves to the next node in key
+ * Removes the current node and releases its key, its non-null contents
+ * (through freeContents) and the node. The cursor first moves to the next node in key
  * order, and is null after the last.
  * \return 0; -1 without a current node; 32768 for a null tree or a corrupt structure.
  */
@@ -226,8 +227,9 @@ TESSAR_API int32_t tsBtree_changeNodeKey(tsBtree *tree, const void *key);
  * this header).
  * \param[in] key  the search key; may be null for modes -3 and 3
  * \param[in] mode -3 to 3
- * \return 0; -4 when no node qualifies (the cursor is then null); 32768 for a
- *         null tree, a mode outside -3 to 3 or a null key where the mode needs one.
+ * \return 0; -4 when no node qualifies; 32768 for a null tree, a mode outside
+ *         -3 to 3 or a null key where the mode needs one. On every failure but
+ *         the null tree the cursor is null.
  */
 TESSAR_API int32_t tsBtree_getNodeByKey(tsBtree *tree, const void *key, int32_t mode);
 
@@ -339,7 +341,8 @@ TESSAR_API int32_t tsBtree_verify(const tsBtree *tree, int32_t *result);
 
 /**
  * Prints the root node's record (counts, levels and key) to the standard
- * output, indented four blanks per level. The tree must be valid (no null test).
+ * output, indented four blanks per level; a 16-bit string key is written as
+ * UTF-8. The tree must be valid (no null test).
  * \return 0; an empty tree prints nothing.
  */
 TESSAR_API int32_t tsBtree_print(const tsBtree *tree);
