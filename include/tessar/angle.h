@@ -139,7 +139,7 @@ TESSAR_API int32_t tsMath_compareDirectionToSector(int32_t *inside, double *delt
  * \param[out] firstDir, firstStart, firstEnd    the sector with the smaller start
  * \param[out] secondDir, secondStart, secondEnd the other one
  * \param[out] relation one of TESSAR_SECTORS_*; an unclassifiable case (a
- *             not-a-number operand) sets 32768
+ *             not-a-number operand) stores 0 and sets 32768
  */
 TESSAR_API void UTMAT_Classer2Secteurs(const dpoint2d *dir1, double sweep1, const dpoint2d *dir2,
                                        double sweep2, dpoint2d *firstDir, double *firstStart,
@@ -177,7 +177,8 @@ TESSAR_API void UTMAT_CalculerSommeSecteur(const dpoint2d *dir1, double sweep1, 
  * UTMAT_CalculerProduitSecteur on directions (x1, y1) and (x2, y2), without
  * the error word.
  * \param[out] x, y, sweep the common part; count 1, or 0 when none
- * \return 0, or 32768 when the sectors cannot be classified.
+ * \return 0, or 32768 when the sectors cannot be classified (a not-a-number
+ * operand), with all four outputs zeroed.
  */
 TESSAR_API int32_t tsMath_calculateAngularSectorProduct(double *x, double *y, double *sweep, int32_t *count,
                                                         double x1, double y1, double sweep1, double x2,
@@ -187,7 +188,8 @@ TESSAR_API int32_t tsMath_calculateAngularSectorProduct(double *x, double *y, do
  * UTMAT_CalculerSommeSecteur on directions (x1, y1) and (x2, y2), without
  * the error word.
  * \param[out] x, y, sweep the enclosing sector (sweep 0 for the whole circle)
- * \return 0, or 32768 when the sectors cannot be classified.
+ * \return 0, or 32768 when the sectors cannot be classified (a not-a-number
+ * operand), with the outputs zeroed.
  */
 TESSAR_API int32_t tsMath_calculateAngularSectorSum(double *x, double *y, double *sweep, double x1, double y1,
                                                     double sweep1, double x2, double y2, double sweep2);
