@@ -77,7 +77,8 @@ TESSAR_API int32_t tsFilename_expressUsingRelativePath(char *output, const char 
  * Removes every "\.." (apart from case) with the component before it:
  * "a\b\..\c" gives "a\c". The first removal is also made in path itself,
  * which therefore changes; when no backslash stands before the first "\..",
- * path is left cut there and the output keeps the copy. Paths of 256
+ * path is left cut there and the output keeps the copy; a later "\.." with
+ * no backslash before it leaves the output cut there. Paths of 256
  * characters or more stop being shortened.
  * \param[out]    output the resolved path
  * \param[in,out] path   the path
@@ -144,7 +145,7 @@ TESSAR_API int32_t tsGuid_copy(tsGuid *destination, const tsGuid *source);
 
 /**
  * Opens the log file with mode "w+", replacing any open one without closing
- * it (the earlier stream is abandoned).
+ * it (the earlier stream is abandoned). A failed open leaves no log open.
  * \param[in] path file name
  * \return 0, or 32768 if the file cannot be opened.
  */
@@ -206,7 +207,7 @@ TESSAR_API void tsUtil_swapInt(int32_t *a, int32_t *b);
 /** A second name of tsUtil_swapInt: also 32-bit. */
 TESSAR_API void tsUtil_swapLong(int32_t *a, int32_t *b);
 
-/** Exchanges two memory blocks of size bytes through a heap buffer (the allocation is not tested). */
+/** Exchanges two separate memory blocks of size bytes, in place; nothing is allocated. */
 TESSAR_API void tsUtil_swapMem(void *a, void *b, size_t size);
 
 /**

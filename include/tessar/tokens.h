@@ -126,7 +126,7 @@ TESSAR_API int32_t tsString_removeToken(char *list, const char *delimiters, cons
  * flags of tsString_clean and the list is rebuilt from the rest, always
  * joined with ",". An empty token set leaves the list alone.
  * \param[in,out] list       the list
- * \param[out]    found      set to 1 when a token was dropped
+ * \param[out]    found      cleared first, then set to 1 when a token was dropped
  * \param[in]     delimiters delimiter characters
  * \param[in]     token      token to drop
  * \return 0, or 32768 for a null found address.
@@ -168,7 +168,8 @@ TESSAR_API int32_t tsString_replaceStringForKeyword(char *text, const char *deli
 /**
  * Reads the fields of comma-separated text into a new array of heap strings.
  * Runs of commas count as one: empty fields disappear ("a,,b" gives two
- * elements), and a text of commas alone gives count 0 and result 0.
+ * elements), and a text of commas alone gives count 0, no array (null) and
+ * result 0.
  * \param[out] array address of the array, cleared first; freed with tsStringArray_destroy
  * \param[out] count optional: cleared first, then the number of elements
  * \param[in]  text  comma-separated text
