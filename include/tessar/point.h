@@ -73,8 +73,9 @@ TESSAR_API int32_t tsPoint_nearEqual3d(const dpoint3d *a, const dpoint3d *b, dou
 TESSAR_API int32_t tsPoint_isDisconnect(const dpoint3d *point);
 
 /**
- * \return 1 when low.x <= x <= high.x and low.y <= y <= low.y, else 0. The
- * high corner's y is not used, so only a y exactly equal to low.y is in range.
+ * \return 1 when low.x <= x <= high.x and low.y <= y <= low.y, else 0;
+ * 32768 on a null pointer. The high corner's y is not used, so only a y
+ * exactly equal to low.y is in range.
  */
 TESSAR_API int32_t tsPoint_isInRange2d(const dpoint3d *point, const dpoint3d *low, const dpoint3d *high);
 
@@ -219,15 +220,21 @@ TESSAR_API int32_t tsPoint_checkForColinear2DInSameDir(int32_t n, const dpoint3d
 /* ---- Projection on a sampled string ---- */
 
 /**
- * Finds where the normal of a sampled string passes through point.
+ * Searches a sampled string for the samples that answer point: those at
+ * which the tip of the sample's tangent changes side (1 to -1 or back),
+ * seen from the line from point to the sample, against the previous sample
+ * of the pass, and those within 0.001 of point. The side is that of a cross
+ * product, so it turns where a sample's tangent line passes through point;
+ * a point beside a straight string is found only on it.
  * \param[out] result    receives a new array (tsMem_calloc; free with
- *                       tsMem_free) of the string points found
+ *                       tsMem_free) of the string points found, copied as
+ *                       they stand
  * \param[in]  seed      optional: a distance near the expected answer; with
  *                       it, only the hit nearest the seed is kept
  * \param[in]  points, tangents, distances n parallel entries: the string's
  *                       points, their unit tangents, ascending distances
  * \return the number of points found (up to 20); 0, with nothing written,
- * for none, a null pointer or n below 1.
+ * for none, a null pointer, n below 1 or a failed allocation.
  */
 TESSAR_API int32_t tsPoint_projectPointOnTangentUsingXYTanDistArraysIteration(
     dpoint3d **result, const double *seed, const dpoint3d *point, const dpoint3d *points,
@@ -305,7 +312,8 @@ TESSAR_API int32_t tsLine_projectPoint2d(const tsLine *line, dpoint3d *foot, dou
  * \param[out] foot     optional: x and y only
  * \param[out] offset   optional: signed, positive on the right
  * \param[out] position optional: the position of the foot on the line
- * \return 0, always; the line is not checked.
+ * \return 0, always; the line is not checked (one with no plane direction
+ * gives the foot (0, 0) and the offset 0.0).
  */
 TESSAR_API int32_t tsLine_projectPointOnLine2d(dpoint3d *foot, double *offset, double *position,
                                                const dpoint3d *point, const tsLine *line);
