@@ -143,8 +143,10 @@ TESSAR_API int32_t tsPointArray_closePolygon(dpoint3d **array, int32_t *n, doubl
  * Classifies a point against a polygon by an exact crossing count along a ray
  * to lower x; the closing edge is added. Exact boundary results come only
  * from vertices and from horizontal and vertical edges; a point on a slanted
- * edge is decided by parity. A point with x exactly 0.0 that reaches the
- * crossing test of a slanted edge is reported on the boundary.
+ * edge is decided by parity. A point with x exactly 0.0 is reported on the
+ * boundary as soon as an edge that is not horizontal (slanted or vertical)
+ * spans its y and reaches the crossing test, whether the point lies inside
+ * or not.
  * \return 0 outside, 1 inside, 2 on the boundary; 0 for a null pointer.
  */
 TESSAR_API int32_t tsPointArray_isPointInsidePolygon(const dpoint3d *array, int32_t n, const dpoint3d *point);
