@@ -93,8 +93,9 @@ TESSAR_API int32_t tsStrList_getInfoField(int32_t *value, const tsStrList *list,
  * Inserts empty members before index, or at the end for -1.
  * \param[out] newIndex the given index, or for the end the index of the last
  *                      member; may be null
- * \param[in]  count    how many
- * \return 0; 32768 for a null list.
+ * \param[in]  count    how many; below 1 inserts nothing
+ * \return 0; 32768 for a null list, an index outside -1 to the member count,
+ *         or no memory (nothing is then inserted).
  */
 TESSAR_API int32_t tsStrList_insertMember(int32_t *newIndex, tsStrList *list, int32_t index, int32_t count);
 
@@ -113,9 +114,11 @@ TESSAR_API int32_t tsStrList_getMemberIndex(const tsStrList *list, const char *t
 
 /**
  * Copies count members from sourceIndex to destinationIndex, member after
- * member through tsStrList_setMember: the source range stays unless the
- * ranges overlap, and a null source text leaves the target's text.
- * \return 0, also for a null list; 32768 for count below 1 or a range outside the list.
+ * member through tsStrList_setMember, reading them as they stood before the
+ * move: the source range stays unless the ranges overlap, and a null source
+ * text leaves the target's text.
+ * \return 0, also for a null list; 32768 for count below 1, a range outside
+ *         the list, or no memory for the copy the members are read from.
  */
 TESSAR_API int32_t tsStrList_moveMembers(tsStrList *list, int32_t destinationIndex, int32_t sourceIndex,
                                          int32_t count);
