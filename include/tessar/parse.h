@@ -6,7 +6,11 @@
  * units, such as 5' 6" + 2 M, 12+34.56 R 2, N 45 30 00 E, D 1 30 00 or 1:2.
  * Each entry reads its own kind of value as the atom of the expression; only
  * the first factor of a product carries a unit (5 M * 2 is allowed, 5 * 2 M
- * is not). The whole text must be one expression.
+ * is not). The whole text must be one expression; a character that is
+ * neither white space, a digit, a letter, punctuation nor the degree sign
+ * (a control character, say) ends the text as its end does. In a product a
+ * division by a divisor too small for the quotient fails, but an operand
+ * after it that reads well clears the failure (5 / 0 * 2 reads 10).
  *
  * Input is 16-bit text. Results are in internal units: metres for lengths,
  * square and cubic metres, radians for angles and directions
@@ -182,7 +186,9 @@ TESSAR_API int32_t tsParse_stringToRadius(double *result, const char16_t *text, 
  * Reads a station after an optional name word: 12+34.56 is 1234.56, and
  * the expression goes on after it (12+34.56 + 10 adds ten).
  * \param[out] result     the station, in metres
- * \param[out] name       the name word read before the station; 64 units
+ * \param[out] name       the name word read before the station, cut to 63
+ *                        units and terminated, empty if none; 64 units, not
+ *                        null; written also when the text fails
  * \param[in]  text       16-bit text
  * \param[in]  linearUnit metres of a length without a unit word
  * \return 0, or 0x80004005.
