@@ -70,11 +70,12 @@ TESSAR_API int32_t tsString_lexicographicalComparePointName(const char *a, const
  * \param[in]  text      compressed list
  * \param[in]  delimiters characters that separate the elements
  * \param[in]  separator text written after each name
- * \return 0; -1 when the result cannot be allocated or grown; -2 when the
- *         working copy cannot be allocated; 2 for a bad range (prefixes
- *         differ, left name of 10 characters or more, no right name); 3 when
- *         the zero padding of a range's two ends does not agree. On 2 and 3
- *         the partial result stays in *result.
+ * \return 0; -1 when the result cannot be allocated or grown (*result is
+ *         then null); -2 when the working copy cannot be allocated; 2 for a
+ *         bad range (prefixes differ, left name of 10 characters or more, no
+ *         right name); 3 when the zero padding of a range's two ends does not
+ *         agree. On 2 and 3 the partial result stays in *result, the
+ *         caller's to free.
  */
 TESSAR_API int32_t tsString_expandAlphaNumeric(char **result, const char *text, const char *delimiters,
                                                const char *separator);
@@ -82,12 +83,17 @@ TESSAR_API int32_t tsString_expandAlphaNumeric(char **result, const char *text, 
 /**
  * Compresses a plain list into ranges. A list that holds "-" is expanded
  * first, with a blank as delimiter and separator. Names join into a range
- * only when they share prefix and zero padding.
+ * only when they share prefix (case included) and zero padding. An
+ * ascending range with a prefix is followed by a blank after its separator,
+ * and blanks are cut off both ends of the result: "A1 A2 A3 B7" gives
+ * "A1-A3, B7,". A GAP word ends a run with ",,"; a name numbered 0 alone
+ * gives its prefix only, and names without a number run together.
  * \param[out] result    address of the new text from tsMem_calloc, the caller's
  * \param[in]  list      names separated by blanks
  * \param[in]  separator text written after each element
- * \return 0; -1 when the result cannot be allocated or grown; -2 when the
- *         working copy cannot be allocated or the expansion step fails.
+ * \return 0; -1 when the result cannot be allocated or grown (*result is
+ *         then null); -2 when the working copy cannot be allocated or the
+ *         expansion step fails (*result is then left as it was).
  */
 TESSAR_API int32_t tsString_compressAlphaNumeric(char **result, const char *list, const char *separator);
 
