@@ -7,70 +7,42 @@
 
 #include <gtest/gtest.h>
 
+#include <tessar/clothoid.h>
 #include <tessar/frame.h>
 #include <tessar/ovoid.h>
 
 namespace {
 
 using Real = long double;
-
 constexpr int32_t kFail = TESSAR_FAILURE;
-constexpr double kPi = std::numbers::pi;
 
-int32_t errorWord()
+// The error word after a call made with the word first left at 32768 (by an
+// unknown clothoid conversion code), so that a call that clears it shows.
+template <class Call> int32_t errorAfter(Call call)
 {
+    double ignored = 0.0;
+    UTMAT_CalculerParametreClot(10, 1.0, 1.0, &ignored);
+    call();
     int32_t code = -1, detail = -1;
     UTMAT_GetErreur(&code, &detail);
     return code;
 }
 
-// Leaves 32768 in the error word (an unknown ovoid code).
-void provokeFailure()
-{
-    double A = 0.0;
-    int32_t valid = 0;
-    UTMAT_CalculerParametreOve(9, 1.0, 2.0, 1.0, &A, &valid);
-    ASSERT_EQ(errorWord(), kFail);
-}
-
-// ---- A clothoid integrated in the test ----
-
 // The clothoid of parameter A at abscissa s, by composite Simpson on
-// x = integral cos(u^2 / 2A^2), y = sign(A) integral sin(u^2 / 2A^2).
-struct CurvePoint {
-    Real x, y, tau;
-};
-
-CurvePoint integrated(double A, double s)
+// x = integral cos(u^2 / 2A^2), y = sign(A) integral sin(u^2 / 2A^2); with an
+// R, the centre of the circle of radius R osculating there instead: R along
+// the normal, on the side the curve turns to.
+dpoint2d integrated(double A, double s, double R = 0.0)
 {
     const int n = 4000;  // even
-    const Real h = Real(s) / n;
-    const Real k = 1 / (2 * Real(A) * A);
+    const Real h = Real(s) / n, k = 1 / (2 * Real(A) * A), sign = A > 0 ? 1 : -1, tau = Real(s) * s * k;
     Real cx = 0, sy = 0;
     for (int i = 0; i <= n; ++i) {
-        const Real u = h * i;
-        const Real w = (i == 0 || i == n) ? 1 : (i % 2 == 1 ? 4 : 2);
+        const Real u = h * i, w = (i == 0 || i == n) ? 1 : (i % 2 == 1 ? 4 : 2);
         cx += w * std::cos(u * u * k);
         sy += w * std::sin(u * u * k);
     }
-    const Real sign = A > 0 ? 1 : -1;
-    return {cx * h / 3, sign * sy * h / 3, Real(s) * s * k};
-}
-
-// The centre of the circle of radius R osculating at abscissa s: R along
-// the normal on the side the curve turns to, (-sin tau, cos tau) for a
-// positive A and its mirror (-sin tau, -cos tau) for a negative one.
-dpoint2d centreAt(double A, double s, double R)
-{
-    const CurvePoint p = integrated(A, s);
-    const Real sign = A > 0 ? 1 : -1;
-    return {double(p.x - R * std::sin(p.tau)), double(p.y + R * sign * std::cos(p.tau))};
-}
-
-dpoint2d pointAt(double A, double s)
-{
-    const CurvePoint p = integrated(A, s);
-    return {double(p.x), double(p.y)};
+    return {double(cx * h / 3 - R * std::sin(tau)), double(sign * (sy * h / 3 + R * std::cos(tau)))};
 }
 
 double distance(const dpoint2d &a, const dpoint2d &b)
@@ -80,289 +52,171 @@ double distance(const dpoint2d &a, const dpoint2d &b)
 
 /* ---- Parameter of an ovoid ---- */
 
+struct Ovoid {
+    double A = 12.5;
+    int32_t valid = 7, error = -1;
+};
+
+Ovoid ovoid(int32_t code, double R1, double R2, double v)
+{
+    Ovoid o;
+    o.error = errorAfter([&] { UTMAT_CalculerParametreOve(code, R1, R2, v, &o.A, &o.valid); });
+    return o;
+}
+
+// The radii lie at s = A^2 / R on the clothoid (s = 0 for R1 = 0, an infinite
+// radius), and the length or the deflection tau = s^2 / 2A^2 changes by v
+// between them, whatever the order and the signs of the radii and of v.
 TEST(OvoidParameter, LengthAndDeflectionFollowTheClothoidRelations)
 {
-    struct Row {
-        int32_t code;
-        double R1, R2, v;
-    };
-    const Row rows[] = {
-        {TESSAR_OVOID_LENGTH, 300.0, 200.0, 60.0},    // A^2 = 300 200 60 / 100 = 36000
-        {TESSAR_OVOID_LENGTH, 200.0, 300.0, 60.0},    // the order of the radii plays no part
-        {TESSAR_OVOID_LENGTH, -300.0, 200.0, -60.0},  // nor their signs
-        {TESSAR_OVOID_LENGTH, 1000.0, 450.0, 85.5},
-        {TESSAR_OVOID_DEFLECTION, 300.0, 200.0, 0.1},  // A^2 = 2 0.1 9e4 4e4 / 5e4
-        {TESSAR_OVOID_DEFLECTION, 450.0, -1000.0, 0.25},
-        {TESSAR_OVOID_LENGTH, 0.0, 100.0, 50.0},     // from the origin: L = A^2 / R2
-        {TESSAR_OVOID_DEFLECTION, 0.0, 250.0, 0.2},  // from the origin: tau = A^2 / (2 R2^2)
-    };
-    for (const Row &row : rows) {
-        double A = -1.0;
-        int32_t valid = -1;
-        provokeFailure();
-        UTMAT_CalculerParametreOve(row.code, row.R1, row.R2, row.v, &A, &valid);
-        EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(valid, 1);
-        ASSERT_GT(A, 0.0);
-        // The abscissas where the clothoid has the two radii: s = A^2 / R,
-        // with s = 0 at an infinite radius.
-        const double r1 = std::fabs(row.R1), r2 = std::fabs(row.R2), v = std::fabs(row.v);
-        const double s1 = r1 == 0.0 ? 0.0 : A * A / r1;
-        const double s2 = A * A / r2;
-        if (row.code == TESSAR_OVOID_LENGTH) {
-            EXPECT_NEAR(std::fabs(s2 - s1), v, 1e-12 * v) << row.R1 << " " << row.R2;
-        } else {
-            const double tau1 = s1 * s1 / (2 * A * A), tau2 = s2 * s2 / (2 * A * A);
-            EXPECT_NEAR(std::fabs(tau2 - tau1), v, 1e-12 * v) << row.R1 << " " << row.R2;
-        }
+    const int32_t L = TESSAR_OVOID_LENGTH, D = TESSAR_OVOID_DEFLECTION;
+    const double rows[][4] = {{L, 300, 200, 60},    {L, 200, 300, 60},  {L, -300, 200, -60},
+                              {L, 1000, 450, 85.5}, {D, 300, 200, 0.1}, {D, 450, -1000, 0.25},
+                              {L, 0, 100, 50},      {D, 0, 250, 0.2}};
+    for (const auto &[code, R1, R2, v] : rows) {
+        const Ovoid o = ovoid(int32_t(code), R1, R2, v);
+        ASSERT_TRUE(o.error == 0 && o.valid == 1 && o.A > 0.0) << code << ": " << R1 << " " << R2 << " " << v;
+        const double s1 = R1 == 0.0 ? 0.0 : o.A * o.A / std::fabs(R1), s2 = o.A * o.A / std::fabs(R2);
+        const double change = code == L ? s2 - s1 : (s2 * s2 - s1 * s1) / (2 * o.A * o.A);
+        EXPECT_NEAR(std::fabs(change), std::fabs(v), 1e-12 * std::fabs(v)) << code << ": " << R1 << " " << R2;
     }
+    EXPECT_DOUBLE_EQ(ovoid(L, 0.0, 100.0, 50.0).A, std::sqrt(5000.0));  // A^2 = R2 L
+    EXPECT_DOUBLE_EQ(ovoid(D, 300.0, 200.0, 0.1).A, 120.0);  // A^2 = 2 0.1 300^2 200^2 / (300^2 - 200^2)
 }
 
-TEST(OvoidParameter, HandWorkedValues)
+// Radii equal within the precision 1e-4: no transition, A as the caller left
+// it and valid all the same. An unknown code fails with valid 0.
+TEST(OvoidParameter, EqualRadiiAndUnknownCodes)
 {
-    double A = 0.0;
-    int32_t valid = 0;
-    UTMAT_CalculerParametreOve(TESSAR_OVOID_LENGTH, 0.0, 100.0, 50.0, &A, &valid);
-    EXPECT_DOUBLE_EQ(A, std::sqrt(5000.0));
-    UTMAT_CalculerParametreOve(TESSAR_OVOID_LENGTH, 300.0, 200.0, 60.0, &A, &valid);
-    EXPECT_DOUBLE_EQ(A, std::sqrt(36000.0));
-    // 2 * 0.1 * 300^2 * 200^2 / (300^2 - 200^2) = 14400
-    UTMAT_CalculerParametreOve(TESSAR_OVOID_DEFLECTION, 300.0, 200.0, 0.1, &A, &valid);
-    EXPECT_DOUBLE_EQ(A, 120.0);
-}
-
-TEST(OvoidParameter, EqualRadiiLeaveTheParameterAsItWas)
-{
-    // Equal within the precision 1e-4: no transition; valid all the same.
-    for (int32_t code : {TESSAR_OVOID_LENGTH, TESSAR_OVOID_DEFLECTION}) {
+    for (int32_t code : {TESSAR_OVOID_LENGTH, TESSAR_OVOID_DEFLECTION})
         for (double R2 : {150.0, 150.00005, -150.0}) {
-            double A = 12.5;
-            int32_t valid = 0;
-            UTMAT_CalculerParametreOve(code, 150.0, R2, 30.0, &A, &valid);
-            EXPECT_EQ(A, 12.5);
-            EXPECT_EQ(valid, 1);
-            EXPECT_EQ(errorWord(), 0);
+            const Ovoid o = ovoid(code, 150.0, R2, 30.0);
+            EXPECT_TRUE(o.A == 12.5 && o.valid == 1 && o.error == 0) << code << " " << R2;
         }
-    }
-}
-
-TEST(OvoidParameter, UnknownCodeFails)
-{
     for (int32_t code : {0, 4, -1}) {
-        double A = 12.5;
-        int32_t valid = 7;
-        UTMAT_CalculerParametreOve(code, 300.0, 200.0, 60.0, &A, &valid);
-        EXPECT_EQ(errorWord(), kFail);
-        EXPECT_EQ(valid, 0);
-        EXPECT_EQ(A, 12.5);
+        const Ovoid o = ovoid(code, 300.0, 200.0, 60.0);
+        EXPECT_TRUE(o.A == 12.5 && o.valid == 0 && o.error == kFail) << code;
     }
 }
 
-TEST(OvoidParameter, GapFromTheOriginIsTheShiftAtTheRadius)
+// From an infinite radius the gap is the shift of the circle R2 from the
+// tangent at the origin, y(L) - R2 (1 - cos tau) at L = A^2 / R2; a gap of 0
+// is an invalid shift, reported without an error: A comes back 0, and the
+// ovoid call says valid all the same. Between two circles the gap is the
+// larger radius less the distance of the two osculating centres less the
+// smaller radius, whatever the order and the signs. A smaller radius within
+// the precision of 0 makes the nested conversion of A invalid: the search
+// fails and leaves A alone.
+TEST(OvoidParameter, GapMeasuredOnTheIntegratedCurve)
 {
-    // From an infinite radius the gap is the shift of the circle R2 from the
-    // tangent at the origin: p = y(L) - R2 (1 - cos tau), L = A^2 / R2.
     for (double shift : {0.25, 1.0, 3.0}) {
-        const double R2 = 200.0;
-        double A = 0.0;
-        int32_t valid = 0;
-        UTMAT_CalculerParametreOve(TESSAR_OVOID_GAP, 0.0, R2, shift, &A, &valid);
-        EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(valid, 1);
-        const double L = A * A / R2;
-        const CurvePoint p = integrated(A, L);
-        const double found = double(p.y - R2 * (1 - std::cos(p.tau)));
-        EXPECT_NEAR(found, shift, 1.5e-4) << "shift " << shift;
+        const Ovoid o = ovoid(TESSAR_OVOID_GAP, 0.0, 200.0, shift);
+        const double L = o.A * o.A / 200.0, tau = L * L / (2 * o.A * o.A);
+        ASSERT_TRUE(o.error == 0 && o.valid == 1);
+        EXPECT_NEAR(integrated(o.A, L).y - 200.0 * (1 - std::cos(tau)), shift, 1.5e-4) << shift;
     }
-}
-
-TEST(OvoidParameter, InvalidShiftFromTheOriginStillReportsValid)
-{
-    // A gap of 0 from the origin is an invalid shift for the clothoid's own
-    // conversion, which reports it without an error: A comes back 0 and the
-    // ovoid call reports valid all the same.
-    double A = 12.5;
-    int32_t valid = 0;
-    UTMAT_CalculerParametreOve(TESSAR_OVOID_GAP, 0.0, 200.0, 0.0, &A, &valid);
-    EXPECT_EQ(errorWord(), 0);
-    EXPECT_EQ(valid, 1);
-    EXPECT_EQ(A, 0.0);
-}
-
-TEST(OvoidParameter, GapBetweenTwoCirclesMeasuredOnTheIntegratedCurve)
-{
-    struct Row {
-        double R1, R2, gap;
-    };
-    const Row rows[] = {{300.0, 150.0, 0.5}, {1200.0, 400.0, 2.0}, {500.0, 450.0, 0.05}};
-    for (const Row &row : rows) {
-        double A = 0.0, swapped = 0.0;
-        int32_t valid = 0;
-        UTMAT_CalculerParametreOve(TESSAR_OVOID_GAP, row.R1, row.R2, row.gap, &A, &valid);
-        EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(valid, 1);
-        UTMAT_CalculerParametreOve(TESSAR_OVOID_GAP, -row.R2, row.R1, -row.gap, &swapped, &valid);
-        EXPECT_EQ(swapped, A) << "the larger radius is found whatever the order and signs";
-
-        // The two osculating circles of the clothoid A, one inside the other:
-        // the gap is the larger radius less the distance of the centres less
-        // the smaller radius.
-        const double c1s = A * A / row.R1, c2s = A * A / row.R2;
-        const dpoint2d c1 = centreAt(A, c1s, row.R1), c2 = centreAt(A, c2s, row.R2);
-        const double gap = row.R1 - distance(c1, c2) - row.R2;
-        EXPECT_NEAR(gap, row.gap, 1.5e-4) << row.R1 << " " << row.R2;
+    const Ovoid zero = ovoid(TESSAR_OVOID_GAP, 0.0, 200.0, 0.0);
+    EXPECT_TRUE(zero.A == 0.0 && zero.valid == 1 && zero.error == 0);
+    const double rows[][3] = {{300.0, 150.0, 0.5}, {1200.0, 400.0, 2.0}, {500.0, 450.0, 0.05}};
+    for (const auto &[R1, R2, gap] : rows) {
+        const Ovoid o = ovoid(TESSAR_OVOID_GAP, R1, R2, gap);
+        ASSERT_TRUE(o.error == 0 && o.valid == 1);
+        EXPECT_EQ(ovoid(TESSAR_OVOID_GAP, -R2, R1, -gap).A, o.A);
+        const dpoint2d c1 = integrated(o.A, o.A * o.A / R1, R1), c2 = integrated(o.A, o.A * o.A / R2, R2);
+        EXPECT_NEAR(R1 - distance(c1, c2) - R2, gap, 1.5e-4) << R1 << " " << R2;
     }
-}
-
-TEST(OvoidParameter, GapSearchWithAVanishingSmallRadiusFails)
-{
-    // The smaller radius within the precision of 0 makes the nested
-    // conversion of A from (radius, deflection) invalid: the search fails
-    // and leaves A alone.
-    double A = 12.5;
-    int32_t valid = 7;
-    UTMAT_CalculerParametreOve(TESSAR_OVOID_GAP, 300.0, 0.00005, 1.0, &A, &valid);
-    EXPECT_EQ(errorWord(), kFail);
-    EXPECT_EQ(valid, 0);
-    EXPECT_EQ(A, 12.5);
+    const Ovoid o = ovoid(TESSAR_OVOID_GAP, 300.0, 0.00005, 1.0);
+    EXPECT_TRUE(o.error == kFail && o.valid == 0 && o.A == 12.5);
 }
 
 /* ---- Circle through a point osculating a clothoid ---- */
 
 struct Circle {
-    dpoint2d centre{0, 0};
+    dpoint2d centre{0, 0}, tangency{0, 0};
     double R = -1.0;
-    dpoint2d tangency{0, 0};
-    int32_t count = -1;
+    int32_t count = -1, error = -1;
 };
 
 Circle osculating(double A, double s1, double s2, dpoint2d p)
 {
     Circle c;
-    UTMAT_CalculerCerTgClotPs1Pt(A, s1, s2, &p, &c.centre, &c.R, &c.tangency, &c.count);
+    c.error = errorAfter(
+        [&] { UTMAT_CalculerCerTgClotPs1Pt(A, s1, s2, &p, &c.centre, &c.R, &c.tangency, &c.count); });
     return c;
 }
 
-// The circle found must pass through p and osculate the integrated clothoid:
+// The circle found passes through p and osculates the integrated clothoid:
 // its tangency point lies on the curve at the abscissa A^2 / R, and its
 // centre R along the normal there.
 void expectOsculatingThrough(double A, const Circle &c, const dpoint2d &p)
 {
-    ASSERT_EQ(c.count, 1);
+    ASSERT_TRUE(c.count == 1 && c.error == 0);
     const double s = A * A / c.R;
-    EXPECT_LT(distance(c.tangency, pointAt(A, s)), 1e-9);
-    EXPECT_LT(distance(c.centre, centreAt(A, s, c.R)), 1e-9);
+    EXPECT_LT(distance(c.tangency, integrated(A, s)), 1e-9);
+    EXPECT_LT(distance(c.centre, integrated(A, s, c.R)), 1e-9);
     EXPECT_NEAR(distance(c.centre, p), c.R, 1.5e-4);
 }
 
-TEST(OsculatingCircle, ThroughAPointOppositeTheTangency)
+// For either turn, the far end of the diameter of the circle osculating at
+// s = 80 (R = 125) from the curve; then points on either side of the curve,
+// behind its origin and next to it (the radius there is 0, so no snapping),
+// all between the circles of deflection 0.001 (R = 2236) and pi / 2 (R = 56.4).
+TEST(OsculatingCircle, ThroughPointsAcrossTheReachOfTheSearch)
 {
-    // A = 100, s = 80: R = 125. p is the far end of that circle's diameter
-    // from the curve, on the concave side; no end of the piece is near.
     for (double A : {100.0, -100.0}) {
-        const double s = 80.0, R = 125.0;
-        const dpoint2d centre = centreAt(A, s, R);
-        const dpoint2d foot = pointAt(A, s);
+        const dpoint2d centre = integrated(A, 80.0, 125.0), foot = integrated(A, 80.0);
         const dpoint2d p{2 * centre.x - foot.x, 2 * centre.y - foot.y};
-        provokeFailure();
         const Circle c = osculating(A, 0.0, 300.0, p);
-        EXPECT_EQ(errorWord(), 0);
         expectOsculatingThrough(A, c, p);
-        EXPECT_NEAR(c.R, R, 2e-4) << "A " << A;
-        EXPECT_LT(distance(c.tangency, foot), 2e-4);
+        EXPECT_NEAR(c.R, 125.0, 2e-4) << A;
     }
-}
-
-TEST(OsculatingCircle, PointsAcrossTheReachOfTheSearch)
-{
-    // Points on either side of the curve and behind its origin: each lies
-    // between the circles of deflection 0.001 (R = 2236, centre near
-    // (2.2, 2236)) and pi / 2 (R = 56.4, centre near (81.8, 77.7)).
-    const double A = 100.0;
-    const dpoint2d points[] = {{20.0, 150.0}, {30.0, 1000.0}, {150.0, 10.0}, {-20.0, 30.0}};
-    for (const dpoint2d &p : points) {
+    for (const dpoint2d &p :
+         {dpoint2d{20.0, 150.0}, {30.0, 1000.0}, {150.0, 10.0}, {-20.0, 30.0}, {1.0, 0.5}}) {
         SCOPED_TRACE(testing::Message() << "p " << p.x << ", " << p.y);
-        const Circle c = osculating(A, -1.0, -1.0, p);
-        EXPECT_EQ(errorWord(), 0);
-        expectOsculatingThrough(A, c, p);
+        expectOsculatingThrough(100.0, osculating(100.0, 0.0, 150.0, p), p);
     }
 }
 
+// A = 100 on the piece from 50 to 150: a p 1 from P1, within the default
+// tolerance of 2, gives exactly the circle osculating at s1 (R = 100^2 / 50),
+// and likewise at P2 (R = 100^2 / 150). With a tolerance of 0.5 the same p
+// is searched for like any other.
 TEST(OsculatingCircle, PointNearAnEndSnapsToIt)
 {
-    // A = 100, piece from 50 to 150. p lies 1 from P1 (within the default
-    // tolerance of 2): the circle osculating at s1, R = 100^2 / 50 = 200.
     const double A = 100.0;
-    const dpoint2d P1 = pointAt(A, 50.0), P2 = pointAt(A, 150.0);
-    const Circle c1 = osculating(A, 50.0, 150.0, {P1.x + 0.6, P1.y - 0.8});
-    ASSERT_EQ(c1.count, 1);
+    const dpoint2d P1 = integrated(A, 50.0), P2 = integrated(A, 150.0), p{P1.x + 0.6, P1.y - 0.8};
+    const Circle c1 = osculating(A, 50.0, 150.0, p), c2 = osculating(A, 50.0, 150.0, {P2.x - 1.5, P2.y});
+    ASSERT_TRUE(c1.count == 1 && c2.count == 1);
     EXPECT_NEAR(c1.R, 200.0, 1e-9);
     EXPECT_LT(distance(c1.tangency, P1), 1e-9);
-    EXPECT_LT(distance(c1.centre, centreAt(A, 50.0, 200.0)), 1e-9);
-
-    // And at the other end: R = 100^2 / 150.
-    const Circle c2 = osculating(A, 50.0, 150.0, {P2.x - 1.5, P2.y});
-    ASSERT_EQ(c2.count, 1);
+    EXPECT_LT(distance(c1.centre, integrated(A, 50.0, 200.0)), 1e-9);
     EXPECT_NEAR(c2.R, 10000.0 / 150.0, 1e-9);
     EXPECT_LT(distance(c2.tangency, P2), 1e-9);
-
-    // With a tolerance of 0.5 the same point is searched for: the circle
-    // passes through it and is not the one at s1.
     UTMAT_setDistanceTolerance(0.5);
-    const dpoint2d p{P1.x + 0.6, P1.y - 0.8};
     const Circle c3 = osculating(A, 50.0, 150.0, p);
     UTMAT_setDistanceTolerance(2.0);
     expectOsculatingThrough(A, c3, p);
     EXPECT_GT(std::fabs(c3.R - 200.0), 1.0);
 }
 
-TEST(OsculatingCircle, EndAtTheOriginDoesNotSnap)
+// No solution and no error: the centre of the circle of deflection pi / 2
+// (L = A sqrt(pi), R = A / sqrt(pi)) and (60, 40), 43.5 from it, lie inside
+// the smallest circle searched; (0, -5000) on the convex side lies outside
+// the largest. An A of exactly 0 gives nothing; an A within the precision of
+// 0 fails in the radius conversion.
+TEST(OsculatingCircle, NoSolutionAndDegenerateParameters)
 {
-    // The radius at s = 0 is given as 0, so a p near the origin is searched
-    // for like any other point.
-    const double A = 100.0;
-    const dpoint2d p{1.0, 0.5};
-    const Circle c = osculating(A, 0.0, 150.0, p);
-    EXPECT_EQ(errorWord(), 0);
-    expectOsculatingThrough(A, c, p);
-}
-
-TEST(OsculatingCircle, NoSolutionCases)
-{
-    const double A = 100.0;
-    // The centre of the circle of deflection pi / 2 (L = A sqrt(pi),
-    // R = A / sqrt(pi)): inside the smallest circle searched.
-    const double La = A * std::sqrt(kPi), Ra = A / std::sqrt(kPi);
-    const dpoint2d smallest = centreAt(A, La, Ra);
-    const Circle inner = osculating(A, -1.0, -1.0, smallest);
-    EXPECT_EQ(inner.count, 0);
-    EXPECT_EQ(inner.R, 0.0);
-    EXPECT_EQ(errorWord(), 0);
-    // (60, 40) on the concave side is 43.5 from that centre: still inside.
-    const dpoint2d near{60.0, 40.0};
-    ASSERT_LT(distance(near, smallest), Ra);
-    EXPECT_EQ(osculating(A, -1.0, -1.0, near).count, 0);
-    // Far out on the convex side: outside the largest circle searched.
-    const Circle outer = osculating(A, -1.0, -1.0, {0.0, -5000.0});
-    EXPECT_EQ(outer.count, 0);
-    EXPECT_EQ(errorWord(), 0);
-}
-
-TEST(OsculatingCircle, ZeroParameterGivesNothing)
-{
-    provokeFailure();
-    const Circle c = osculating(0.0, 0.0, 100.0, {1.0, 1.0});
-    EXPECT_EQ(c.count, 0);
-    EXPECT_EQ(c.R, 0.0);
-    EXPECT_EQ(errorWord(), 0);
-}
-
-TEST(OsculatingCircle, ParameterNearZeroFailsInTheConversion)
-{
-    // |A| within the precision of 0 is invalid for the radius conversion.
-    const Circle c = osculating(5e-5, 0.0, 1.0, {1.0, 1.0});
-    EXPECT_EQ(errorWord(), kFail);
-    EXPECT_EQ(c.count, 0);
+    const double A = 100.0, Ra = A / std::sqrt(std::numbers::pi);
+    const dpoint2d smallest = integrated(A, A * std::sqrt(std::numbers::pi), Ra);
+    ASSERT_LT(distance({60.0, 40.0}, smallest), Ra);
+    for (const dpoint2d &p : {smallest, dpoint2d{60.0, 40.0}, {0.0, -5000.0}}) {
+        const Circle c = osculating(A, -1.0, -1.0, p);
+        EXPECT_TRUE(c.count == 0 && c.R == 0.0 && c.error == 0) << p.x << ", " << p.y;
+    }
+    const Circle zero = osculating(0.0, 0.0, 100.0, {1.0, 1.0});
+    EXPECT_TRUE(zero.count == 0 && zero.R == 0.0 && zero.error == 0);
+    const Circle tiny = osculating(5e-5, 0.0, 1.0, {1.0, 1.0});
+    EXPECT_TRUE(tiny.count == 0 && tiny.error == kFail);
 }
 
 }  // namespace
