@@ -247,7 +247,10 @@ TESSAR_API int32_t tsFormat_getFormattedDirection(char *buffer, double direction
  * Prints a direction in a style with flags, labels and tables. A direction
  * on an axis, with a cardinal table given, prints the table's name alone.
  * Bearings (styles 3 and 6) read first letter, angle, second letter, with
- * the letters of the quadrant table. Styles 5 and 6 are rotated first.
+ * the letters of the quadrant table. Styles 5 and 6 are turned first, as
+ * azimuths: style 5 prints the azimuth of the reversed line, style 6 the
+ * bearing of the turned direction (azimuths above 90 and below 270 degrees
+ * turn by half a turn). Any other style prints the empty text.
  * \param[out] buffer         the text, cleared first
  * \param[in]  direction      radians, counter-clockwise from east
  * \param[in]  mode           angle mode
@@ -403,6 +406,7 @@ TESSAR_API int32_t tsFormat_getDoubleDirectionExt(double *result, int32_t style,
  * \param[in]  decimals        digits behind the point
  * \param[in]  style           station style 0, 2 or 3
  * \param[in]  leading         leading style 0, 1 or 2, for less than one station
+ *                             (another value prints the padded remainder alone)
  * \param[in]  signedRemainder non-zero: a negative remainder prints as its
  *                             absolute value, in hundreds always, in
  *                             thousands only when the whole-station count
@@ -429,7 +433,8 @@ TESSAR_API int32_t tsFormat_getFormattedStationRegion(char *buffer, double value
  * Prints the part of a station that a tick label of a series shows. Format
  * 0 gives the empty text; formats 1 to 29 fix decimals, style, and the
  * powers of ten by which the value is reduced (modulo) and divided (whole
- * quotient). Formats above 29 are outside the contract.
+ * quotient). Formats outside 0 to 29 are outside the contract and give the
+ * empty text.
  * \return 0, or 32768 for a null buffer.
  */
 TESSAR_API int32_t tsFormat_getFormattedStationForSeries(char *buffer, double value, int32_t format);
