@@ -209,9 +209,11 @@ TESSAR_API int32_t tsLineString_detectKnotsPointArray(const dpoint3d *points, in
 
 /**
  * As tsLineString_detectKnotsPointArray, and inserts the knots as vertices.
- * The array goes in by value: the caller's array (a library array) is
- * released by the call, and the enlarged one is not handed back. Use
- * tsLineString_insertStringIntersections to get the enlarged string.
+ * The array goes in by value: when knots are found, the caller's array (a
+ * library array) is released by the call, and the enlarged one, which cannot
+ * be handed back, is released too; with no knot the array stays the
+ * caller's. Use tsLineString_insertStringIntersections to get the enlarged
+ * string.
  */
 TESSAR_API int32_t tsLineString_insertKnots(dpoint3d *points, int32_t n, tsStringIntersection **knots,
                                             int32_t *count);
@@ -233,9 +235,11 @@ TESSAR_API int32_t tsLineString_removeKnots(dpoint3d **points, int32_t *n, tsStr
 
 /**
  * Makes one continuous string from loose segments: each segment is cut with
- * its neighbours at the intersections of their lines; a segment that its
+ * its neighbours at the intersections of their lines (where two neighbouring
+ * lines are parallel, the end stays where it was); a segment that its
  * neighbours eat (its cut piece no longer has its direction within tol) is
- * removed, and the cutting starts over.
+ * removed, and the cutting starts over. A cut end keeps the level of the end
+ * it replaced.
  * \param[in,out] points      receives the string: the start of each kept segment and the end of the last
  * \param[out]    pointCount  its count
  * \param[in,out] indices     receives the original index of each kept segment; may be null
@@ -244,8 +248,8 @@ TESSAR_API int32_t tsLineString_removeKnots(dpoint3d **points, int32_t *n, tsStr
  * \param[in]     pointsGiven the number of points in segments, at least 1
  * \param[in]     tol         the direction tolerance
  * \param[in]     closed      non-zero to cut the last segment with the first as well
- * \return 0; 32768 for a null output or input, pointsGiven below 1, all
- *         segments removed, or no memory.
+ * \return 0; 32768 for a null output or input, pointsGiven below 1, no
+ *         whole segment (a single point), all segments removed, or no memory.
  */
 TESSAR_API int32_t tsLine_createStreamFromSegmentArray(dpoint3d **points, int32_t *pointCount,
                                                        int32_t **indices, int32_t *indexCount,
