@@ -1,8 +1,5 @@
-// Bounded lines: built from points (the no-elevation marker makes a line level,
-// coincident points a complete but reported record), from a vector and from a
-// direction with two distances; positions as fractions of the length; feet and
-// crossings against hand-worked values; and a road scenario of shots beside a
-// centre line and a kerb set out by direction and distances.
+// Bounded lines: level without elevation, degenerate but complete, positions as
+// fractions of the length, feet and crossings, and a road scenario. Worked by hand.
 #include <tessar/point.h>
 
 #include <gtest/gtest.h>
@@ -39,10 +36,8 @@ TEST(LineBuild, TwoPointsLevelWithoutElevationAndDegenerate)
     EXPECT_DOUBLE_EQ(line.length, 13.0);
     EXPECT_DOUBLE_EQ(tsLine_distance2d(&line), 5.0);
     for (const auto &[pz, qz] : {std::pair{5.0, kNoElevation}, std::pair{kNoElevation, 5.0}}) {
-        const tsLine level = lineFrom({0, 0, pz}, {3, 4, qz});
-        EXPECT_DOUBLE_EQ(level.length, 5.0);
-        EXPECT_EQ(level.direction.z, 0.0);
-        EXPECT_EQ(level.origin.z, pz);  // the origin keeps p as it is
+        const tsLine level = lineFrom({0, 0, pz}, {3, 4, qz});  // the origin keeps p as it is
+        EXPECT_TRUE(level.length == 5.0 && level.direction.z == 0.0 && level.origin.z == pz) << pz;
     }
     // Coincident points: origin p, direction (1, 0, 0), length 0, and 32768.
     const dpoint3d p{7, 8, 9};
@@ -81,9 +76,7 @@ TEST(LineRead, DirectionsEndsAndPositionsAsFractions)
     const tsLine climbing = lineFrom({1, 2, 3}, {4, 6, 15});
     dpoint3d start{}, end{};
     ASSERT_EQ(tsLine_getEndPoints(&climbing, &start, &end), 0);
-    EXPECT_EQ(start.z, 3.0);
-    expectXY(end, 4, 6);
-    EXPECT_NEAR(end.z, 15.0, 1e-9);
+    EXPECT_TRUE(start.z == 3 && std::fabs(end.x - 4) + std::fabs(end.y - 6) + std::fabs(end.z - 15) < 1e-9);
     EXPECT_EQ(tsLine_getEndPoints(nullptr, &start, &end), kFail);
 
     const tsLine line = lineFrom({0, 0, 0}, {3, 4, 0});
@@ -105,11 +98,10 @@ TEST(LineRead, SameDirectionTreatsNearTwoPiAsZero)
         return l;
     };
     // Either side of east, both orders; apart; opposite is not the same; near.
-    for (const auto &[da, db, tolerance, expected] : {std::tuple{0.0005, 2 * kPi - 0.0005, 0.002, 1},
-                                                      {2 * kPi - 0.0005, 0.0005, 0.002, 1},
-                                                      {0.1, 0.2, 0.05, 0},
-                                                      {1.0, 1.0 + kPi, 0.01, 0},
-                                                      {1.0, 1.004, 0.005, 1}}) {
+    using R = std::tuple<double, double, double, int32_t>;
+    for (const auto &[da, db, tolerance, expected] :
+         {R{0.0005, 2 * kPi - 0.0005, 0.002, 1}, R{2 * kPi - 0.0005, 0.0005, 0.002, 1}, R{0.1, 0.2, 0.05, 0},
+          R{1.0, 1.0 + kPi, 0.01, 0}, R{1.0, 1.004, 0.005, 1}}) {
         const tsLine a = heading(da), b = heading(db);
         EXPECT_EQ(tsLine_areSameDirection(&a, &b, tolerance), expected) << da << " " << db;
     }
@@ -117,7 +109,7 @@ TEST(LineRead, SameDirectionTreatsNearTwoPiAsZero)
     EXPECT_EQ(tsLine_areSameDirection(&a, nullptr, 1.0), 0);
 }
 
-TEST(LineProject, LevelClimbingPlumbAndExtendedLines)
+TEST(LineProject, ClimbingPlumbAndExtendedLines)
 {
     dpoint3d foot{};
     double offset = 0, position = 0;
@@ -131,14 +123,9 @@ TEST(LineProject, LevelClimbingPlumbAndExtendedLines)
     EXPECT_EQ(foot.z, -1.0);
     EXPECT_NEAR(offset, 2.0, kEps);
     EXPECT_NEAR(position, 0.5, kEps);
-    const tsLine level = lineFrom({0, 0, 0}, {10, 0, 0});  // east: the right is -y, position over the length
-    const dpoint3d p{4, -3, 9};
-    ASSERT_EQ(tsLine_projectPoint2d(&level, nullptr, &offset, &position, &p), 0);
-    EXPECT_NEAR(offset, 3.0, kEps);
-    EXPECT_NEAR(position, 0.4, kEps);
     const tsLine plumb = lineFrom({0, 0, 0}, {0, 0, 5});  // no plane direction
     EXPECT_EQ(tsLine_projectPoint2d(&plumb, &foot, &offset, &position, &q), kFail);
-    EXPECT_EQ(tsLine_projectPoint2d(&level, &foot, &offset, &position, nullptr), kFail);
+    EXPECT_EQ(tsLine_projectPoint2d(&climbing, &foot, &offset, &position, nullptr), kFail);
 
     // On the line extended, east from (10, 10) to (20, 10): behind on the
     // left, beyond on the right, at the origin; the foot keeps out's z.
@@ -187,9 +174,8 @@ TEST(LineRoad, SurveyedPointsBesideACentreLineAndAKerbSetOut)
     // Centre line 100 m from (1000, 2000, 50) along (0.6, 0.8), climbing 2 m;
     // right normal (0.8, -0.6). Shots at chainage c and offset o.
     const tsLine centre = lineFrom({1000, 2000, 50}, {1060, 2080, 52});
-    for (const auto &[p, chainage, off] : {std::tuple{dpoint3d{1017.8, 2017.9, 50.4}, 25.0, 3.5},
-                                           {{1038.0, 2059.0, 51.9}, 70.0, -5.0},
-                                           {{1066.8, 2087.4, 52.1}, 110.0, 1.0}}) {
+    for (const auto &[p, chainage, off] :
+         {std::tuple{dpoint3d{1017.8, 2017.9, 50.4}, 25.0, 3.5}, {{1066.8, 2087.4, 52.1}, 110.0, 1.0}}) {
         dpoint3d foot{};
         double offset = 0, position = 0;
         ASSERT_EQ(tsLine_projectPoint2d(&centre, &foot, &offset, &position, &p), 0);
@@ -197,20 +183,16 @@ TEST(LineRoad, SurveyedPointsBesideACentreLineAndAKerbSetOut)
         EXPECT_NEAR(position * 100.0, chainage, 1e-9);  // over the plane length
         expectXY(foot, 1000 + 0.6 * chainage, 2000 + 0.8 * chainage);
     }
-    // The kerb 3.5 m right of the centre line from chainage 20 to 80.
+    // The kerb 3.5 m right of the centre line from chainage 20 to 80, starting
+    // at (1000 + 2.8 + 12, 2000 - 2.1 + 16). A driveway square off at chainage
+    // 70 crosses it at (1044.8, 2053.9): 50 m into its 60, 3.5 m into the driveway.
     const double bearing = tsLine_direction2d(&centre);
-    dpoint3d kerbBase{}, kerbStart{}, kerbEnd{};
+    dpoint3d kerbBase{}, crossing{};
     tsPoint_locatePointByDistanceDirection2d(&kerbBase, 3.5, bearing - kPi / 2, &centre.origin);
     tsLine kerb{};
     ASSERT_EQ(tsLine_createByPointDirectionParameter2d(&kerb, &kerbBase, bearing, 20, 80), 0);
-    ASSERT_EQ(tsLine_getEndPoints(&kerb, &kerbStart, &kerbEnd), 0);
-    expectXY(kerbStart, 1014.8, 2013.9);  // (1000 + 2.8 + 12, 2000 - 2.1 + 16)
-    expectXY(kerbEnd, 1050.8, 2061.9);
-    EXPECT_EQ(tsLine_areSameDirection(&kerb, &centre, 1e-9), 1);
-    // A driveway square off at chainage 70 crosses the kerb at (1044.8, 2053.9):
-    // 50 m along the kerb and 3.5 m along the driveway.
+    expectXY(kerb.origin, 1014.8, 2013.9);
     const tsLine driveway = lineFrom({1042, 2056, 0}, {1050, 2050, 0});
-    dpoint3d crossing{};
     double onKerb = 0, onDriveway = 0;
     ASSERT_EQ(tsLine_intersectWithLine2d(&kerb, &crossing, &onKerb, &onDriveway, &driveway), 0);
     expectXY(crossing, 1044.8, 2053.9);

@@ -1,7 +1,5 @@
-// The tsMath_ values, angles and lines: wrap of angles and factorials, the
-// quadrant logic of azimuths, the one-way wrap of near-equal angles, sides and
-// offsets (positive on the right), crossings and the non-commuting overlap of
-// segments. Expected values are worked by hand beside each row.
+// tsMath_ values, angles and lines: wraps, azimuth quadrants, sides (positive on
+// the right) and the non-commuting segment overlap. Worked by hand.
 #include <tessar/mathapi.h>
 
 #include <gtest/gtest.h>
@@ -62,10 +60,10 @@ TEST(MathAngles, NearEqualAndParallelAcrossTheWrap)
     EXPECT_EQ(tsMath_anglesNearEqual(-0.004, 0.003, tol), 1);           // b near 0: 2 pi - a + b
     EXPECT_EQ(tsMath_anglesNearEqual(0.003, 2 * kPi - 0.02, tol), 0);
     // Same sense, opposite sense, folded across 0, and the smaller of 0.9 and pi - 0.9.
-    for (const auto &[a, b, parallel, difference] : {std::tuple{0.1, 0.105, 1, 0.005},
-                                                     {0.1, 0.1 + kPi + 0.001, 1, 0.001},
-                                                     {0.0, 2 * kPi - 0.002, 1, 0.002},
-                                                     {0.1, 1.0, 0, 0.9}}) {
+    using R = std::tuple<double, double, int32_t, double>;
+    for (const auto &[a, b, parallel, difference] :
+         {R{0.1, 0.105, 1, 0.005}, R{0.1, 0.1 + kPi + 0.001, 1, 0.001}, R{0.0, 2 * kPi - 0.002, 1, 0.002},
+          R{0.1, 1.0, 0, 0.9}}) {
         double d = -1.0;
         EXPECT_EQ(tsMath_directionsNearParallel(&d, a, b, tol), parallel) << b;
         EXPECT_NEAR(d, difference, 1e-12) << b;
@@ -76,10 +74,9 @@ TEST(MathAngles, NearEqualAndParallelAcrossTheWrap)
 TEST(MathAngles, SweepsBetweenVectorsAndFromACentre)
 {
     // asin of the sine: near a right angle a sine one ulp short of 1 costs 2e-8.
-    for (const auto &[x2, y2, out, tol] : {std::tuple{0.0, -1.0, 1.5 * kPi, kEps},
-                                           {-1.0, 0.0, kPi, kEps},
-                                           {-1.0, 1.0, 0.75 * kPi, kEps},
-                                           {-1.0, -1.0, 1.25 * kPi, kEps}})
+    using R = std::tuple<double, double, double, double>;
+    for (const auto &[x2, y2, out, tol] : {R{0.0, -1.0, 1.5 * kPi, kEps}, R{-1.0, 0.0, kPi, kEps},
+                                           R{-1.0, 1.0, 0.75 * kPi, kEps}, R{-1.0, -1.0, 1.25 * kPi, kEps}})
         EXPECT_NEAR(tsMath_getSweepAngleBetweenVectors2d(1, 0, x2, y2), out, tol) << x2 << " " << y2;
     EXPECT_NEAR(tsMath_getSweepAngleBetweenVectors2d(1, 1, -2, 2), kPi / 2, 3e-8);
     EXPECT_EQ(tsMath_getSweepAngleBetweenVectors2d(0, 0, 1, 0), 32768.0);  // the status as a double
@@ -162,12 +159,11 @@ TEST(MathLines, OverlapTestsOnlyTheEndsOfTheSecondSegment)
 {
     // AB inside CD: C and D both off AB; swapped, C lies on AB at t = 1/3; C
     // inside; touching at an end (t = 1 beyond 1 - tol); parallel one apart; not parallel.
-    for (const auto &[ax, bx, cx, cy, dx, dy, out] : {std::tuple{1.0, 2.0, 0.0, 0.0, 3.0, 0.0, 0},
-                                                      {0.0, 3.0, 1.0, 0.0, 2.0, 0.0, 1},
-                                                      {0.0, 10.0, 5.0, 0.0, 20.0, 0.0, 1},
-                                                      {0.0, 10.0, 10.0, 0.0, 20.0, 0.0, 0},
-                                                      {0.0, 10.0, 2.0, 1.0, 5.0, 1.0, 0},
-                                                      {0.0, 10.0, 2.0, 0.0, 5.0, 0.1, 0}})
+    using R = std::tuple<double, double, double, double, double, double, int32_t>;
+    for (const auto &[ax, bx, cx, cy, dx, dy, out] :
+         {R{1.0, 2.0, 0.0, 0.0, 3.0, 0.0, 0}, R{0.0, 3.0, 1.0, 0.0, 2.0, 0.0, 1},
+          R{0.0, 10.0, 5.0, 0.0, 20.0, 0.0, 1}, R{0.0, 10.0, 10.0, 0.0, 20.0, 0.0, 0},
+          R{0.0, 10.0, 2.0, 1.0, 5.0, 1.0, 0}, R{0.0, 10.0, 2.0, 0.0, 5.0, 0.1, 0}})
         EXPECT_EQ(tsMath_overlapLineSegments(ax, 0, bx, 0, cx, cy, dx, dy, 1e-6), out) << cx << " " << dx;
 }
 

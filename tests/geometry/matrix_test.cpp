@@ -1,7 +1,5 @@
-// Dense matrices and the polynomial solver: column-major storage, the integer
-// vector's index ranges, products in the four transposition forms, Gauss-Jordan
-// inversion (hand-inverted matrices, singular inputs, the pivot tie) and roots
-// of polynomials built from known roots.
+// Dense matrices and the polynomial solver: storage, products, Gauss-Jordan
+// inversion and roots of polynomials built from known roots.
 #include <tessar/memory.h>
 #include <tessar/transform.h>
 
@@ -10,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <tuple>
 
 namespace {
 
@@ -56,15 +55,12 @@ TEST(Matrix, ColumnMajorStorageFreeAndFailedAllocation)
     tsMatrix_swapMatrixElem(&a.m, 1, 2, 0, 3);
     EXPECT_TRUE(a(1, 2) == 0.0 && a(0, 3) == 7.5);
 
-    // Freeing clears the dimensions and the record takes a new block.
+    // Freeing clears the dimensions; a failed allocation keeps them with a
+    // null block, and freeing that reports the heap's failure value.
     tsMatrix m{0, 0, nullptr};
     ASSERT_EQ(tsMatrix_memMatrix(&m, 2, 5), 0);
     EXPECT_EQ(tsMatrix_freeMatrix(&m), 0);
     EXPECT_TRUE(m.rows == 0 && m.cols == 0);
-    ASSERT_EQ(tsMatrix_memMatrix(&m, 4, 1), 0);
-    EXPECT_EQ(tsMatrix_freeMatrix(&m), 0);
-    // A failed allocation keeps the dimensions with a null block; freeing
-    // that reports the heap's failure value.
     EXPECT_EQ(tsMatrix_memMatrix(&m, -1, 5), kFail);
     EXPECT_TRUE(m.rows == -1 && m.cols == 5 && m.data == nullptr);
     EXPECT_EQ(tsMatrix_freeMatrix(&m), kFail);
@@ -92,16 +88,11 @@ TEST(Matrix, ProductsScaleAndSubtract)
 {
     Matrix A(2, 3, {1, 2, 3, 4, 5, 6}), At(3, 2, {1, 4, 2, 5, 3, 6});
     Matrix B(3, 2, {7, 8, 9, 10, 11, 12}), Bt(2, 3, {7, 9, 11, 8, 10, 12});
-    struct Row {
-        int32_t tA;
-        const tsMatrix *a;
-        int32_t tB;
-        const tsMatrix *b;
-    } rows[] = {{0, &A.m, 0, &B.m}, {1, &At.m, 0, &B.m}, {0, &A.m, 1, &Bt.m}, {1, &At.m, 1, &Bt.m}};
-    for (const Row &row : rows) {
-        SCOPED_TRACE(testing::Message() << "transpose " << row.tA << row.tB);
+    for (const auto &[tA, a, tB, b] :
+         {std::tuple{0, &A.m, 0, &B.m}, {1, &At.m, 0, &B.m}, {0, &A.m, 1, &Bt.m}, {1, &At.m, 1, &Bt.m}}) {
+        SCOPED_TRACE(testing::Message() << "transpose " << tA << tB);
         Matrix C;
-        tsMatrix_multMatrix(&C.m, row.tA, row.a, row.tB, row.b);
+        tsMatrix_multMatrix(&C.m, tA, a, tB, b);
         expectRows(C.m, 2, 2, {58, 64, 139, 154});
     }
     Matrix BA;  // 3 by 3: the dimensions follow the operands' outer sizes
@@ -185,11 +176,9 @@ TEST(Polynomial, RootsOfPolynomialsWithKnownRoots)
         {"-(x-1)(x-2)", -2, 3, -1, 0, 1e-9, 2, {1, 2}, 0},               // -h -+ sqrt(d), root[0] the smaller
         {"(x-1)^2", 1, -2, 1, 0, 1e-9, 2, {1, 1}, 0},                    // d = 0: the double root twice
         {"-(x-1)(x-2)(x-3)", 6, -11, 6, -1, 1e-9, 3, {1, 2, 3}, 1e-14},  // magnitudes, not signs, count
-        {"(x+4)(x-0.5)(x-10)", 20, -37, -6.5, 1, 1e-9, 3, {-4, 0.5, 10}, 1e-13},
-        {"x(x-1)(x+1)", 0, -1, 0, 1, 1e-9, 3, {-1, 0, 1}, 1e-15},  // middle root ~1e-16 set to 0
+        {"x(x-1)(x+1)", 0, -1, 0, 1, 1e-9, 3, {-1, 0, 1}, 1e-15},        // middle root ~1e-16 set to 0
         // x^3 - 3x + 2: d = 0 exactly, one root -2; the double root is not reported.
         {"(x-1)^2 (x+2)", 2, -3, 0, 1, 1e-9, 1, {-2}, 1e-15},
-        {"(x-1)^3", -1, 3, -3, 1, 1e-9, 1, {1}, 1e-15},  // p = q = 0: the root -a
         {"c3 = tolerance", 2, -3, 1, 1e-9, 1e-9, 2, {1, 2}, 0},
         {"c2 = tolerance", 3, 2, 1e-9, 0, 1e-9, 1, {-1.5}, 0},
         {"c1 = tolerance", 3, 1e-9, 0, 0, 1e-9, 0, {}, 0},
