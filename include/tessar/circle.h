@@ -48,7 +48,8 @@ TESSAR_API void UTMAT_CalculerPtSurCercleAngle(const dpoint2d *centre, double R,
 
 /**
  * \return with e = |p - centre| - R: -1 when e is below -tol (inside), 1 when
- * above tol (outside), else 0 (on the circle). Tests centre and p.
+ * above tol (outside), else 0 (on the circle). Tests centre and p (a null
+ * one gives 0).
  */
 TESSAR_API int32_t UTMAT_CalculerClassePtCercle(const dpoint2d *centre, const dpoint2d *p, double R,
                                                 double tol);
@@ -97,7 +98,9 @@ TESSAR_API void UTMAT_ResoudreEquation2Degre(double a, double b, double c, doubl
  * \param[out] roots        degree complex roots, by increasing real part;
  *                          nearly real roots are made real
  * \param[in]  polish       non-zero: refine each root against the coefficients
- * Fails only on a division by zero inside. Degree 0 writes nothing.
+ * The iteration stops once the value is within 6e-8 of its rounding bound,
+ * so roots are good to about 1e-7 relative (a double root to its square
+ * root). Fails only on a division by zero inside. Degree 0 writes nothing.
  */
 TESSAR_API void UTMAT_CalculerRacinePolynomeLaguerre(const dpoint2d *coefficients, int32_t degree,
                                                      dpoint2d *roots, int32_t polish);
@@ -106,7 +109,7 @@ TESSAR_API void UTMAT_CalculerRacinePolynomeLaguerre(const dpoint2d *coefficient
 
 /**
  * \return the distance from p to the rectangle of corners lowerLeft and
- * upperRight: 0.0 inside or on it. Tests all three.
+ * upperRight: 0.0 inside or on it. Tests all three (a null one gives 0.0).
  */
 TESSAR_API double UTMAT_CalculerDistancePtRectangle(const dpoint2d *p, const dpoint2d *lowerLeft,
                                                     const dpoint2d *upperRight);
@@ -140,6 +143,9 @@ TESSAR_API int32_t UTMAT_TesterIntersection2Triangle(const dpoint2d *a1, const d
  * \param[in] chordA, chordB the ends of the chord
  * \param[in] boxMin, boxMax the box of the figure
  * \param[in] chordLine the chord's line; (0, 0, 0) for no chord (the whole circle)
+ * A triangle with all three vertices inside the circle, or all beyond the
+ * chord, gives 0: the test looks for the triangle crossing the figure's
+ * boundary, then for chordA inside the triangle.
  * \return 1 or 0; 0 for a null centre.
  */
 TESSAR_API int32_t UTMAT_TesterIntersectionCercleTriangle(const dpoint2d *centre, double R,
