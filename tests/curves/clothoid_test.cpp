@@ -17,8 +17,7 @@ using Real = long double;
 constexpr int32_t kFail = TESSAR_FAILURE;
 constexpr double kPi = std::numbers::pi;
 
-// The kernel's error word after a call made with the word first left at
-// 32768 (by an unknown conversion code), so that a call that clears it shows.
+// The error word after a call, the word first set to 32768 (unknown code 10).
 template <class Call> int32_t errorAfter(Call call)
 {
     double out = 0.0;
@@ -29,11 +28,8 @@ template <class Call> int32_t errorAfter(Call call)
     return code;
 }
 
-// ---- The reference clothoid ----
-
-// The clothoid of parameter A at abscissa s, by composite Simpson in long
-// double on b = s / (sqrt(2) |A|): x = sqrt(2) |A| times the integral of
-// cos(t^2), y = sqrt(2) A times that of sin(t^2), from 0 to b.
+// The reference clothoid at s, by composite Simpson in long double on
+// b = s / (sqrt(2) |A|): x = sqrt(2) |A| int cos(t^2), y = sqrt(2) A int sin(t^2).
 struct Reference {
     Real x, y, tau;
 };
@@ -63,11 +59,8 @@ Real factorial(int n)
     return std::tgamma(Real(n + 1));
 }
 
-// How far a series of n terms may stand from the true value, relative to its
-// multiplier sqrt(2) |A|, for 0 < b < 1: its first omitted term, b^(4n+1) /
-// ((4n+1) (2n)!) for x and b^(4n+3) / ((4n+3) (2n+1)!) for y (the series
-// alternate with falling terms), and rounding. (The stored coefficients from
-// k = 6 on depart from this rule by 3e-7, of terms far below it here.)
+// Error bound of an n-term series over sqrt(2) |A|, 0 < b < 1: the first omitted
+// term b^(4n+k) / ((4n+k) (2n+k/2)!), k = 1 for x, 3 for y, and rounding.
 Real seriesBound(int n, int odd, Real b)
 {
     const int power = 4 * n + odd;
@@ -103,8 +96,7 @@ class Clothoid : public ::testing::Test
 
 // ---- Points ----
 
-// Road-design clothoids, R from 30 m to 10 km and L up to R (tau up to 0.5),
-// both series, both turning directions, on the axis and at offsets along the
+// R from 30 m to 10 km, L up to R, both series and turns; offsets along the
 // right-hand normal (sin tau, -cos tau).
 TEST_F(Clothoid, PointsMatchTheIntegratedClothoidAtRoadDesignSizes)
 {
@@ -136,8 +128,7 @@ TEST_F(Clothoid, PointsMatchTheIntegratedClothoidAtRoadDesignSizes)
 
 TEST_F(Clothoid, StartPointMirrorImageAndUnknownFormula)
 {
-    // s = 0: the origin with tangent (1, 0), and a positive offset lies to
-    // the right, at (0, -d), for every form and either turn.
+    // s = 0: the origin, tangent (1, 0), a positive offset at (0, -d), right.
     for (int32_t formula : {1, 2, 0, 7})
         for (double A : {150.0, -150.0}) {
             const Evaluated e = evaluate(A, 0.0, 2.5, formula);
@@ -161,11 +152,9 @@ TEST_F(Clothoid, StartPointMirrorImageAndUnknownFormula)
     }
 }
 
-// For A = 100, s = 262.2746651889961 gives s s / (2 A A) = 3.4394 exactly:
-// the nine-term series still holds there (next term about 5e-6), and one
-// step of s further the far-field form jumps by about 0.8 in x and 0.2 in y;
-// the short form has no such switch. Further out the far-field form stays
-// within 1 % of A of the integrated curve.
+// A = 100, s = 262.2746651889961: tau = 3.4394 exactly, still the series; one
+// step further the far-field form jumps by about (0.8, 0.2), the short form
+// does not. Further out the far-field form stays within 1 % of A.
 TEST_F(Clothoid, LongFormLeavesTheSeriesJustAboveDeflection3_4394)
 {
     const double A = 100.0, atThreshold = 262.2746651889961, above = std::nextafter(atThreshold, 1e9);
@@ -188,9 +177,8 @@ TEST_F(Clothoid, LongFormLeavesTheSeriesJustAboveDeflection3_4394)
         }
 }
 
-// Only an A of exactly 0 fails, storing nothing and leaving the kernel's
-// word alone; every output is optional. The kernel's point follows the
-// selected series, and passes no failure on: with A = 0 the word stays 0.
+// Only A = 0 exactly fails, storing nothing; outputs are optional. The
+// kernel's point follows the selected series and passes no failure on.
 TEST_F(Clothoid, ZeroParameterOptionalOutputsAndTheKernelPoint)
 {
     for (double A : {0.0, -0.0})
@@ -223,11 +211,8 @@ TEST_F(Clothoid, ZeroParameterOptionalOutputsAndTheKernelPoint)
     EXPECT_EQ(vlrUtmat_CalculateSpiralPointAtDistance(0.0, 10.0, 0.0, nullptr, nullptr), 0);
 }
 
-// dx/db = m cos(b^2), dy/db = m' sin(b^2), d2x/db2 = -2 b m sin(b^2),
-// d2y/db2 = 2 b m' cos(b^2), m = sqrt(2)|A|, m' = sqrt(2) A. The series hold
-// four terms, or nine with the long form (d2x/db2 one less): the first
-// omitted term of cos(t) and sin(t) in t = b^2 bounds their error. Only an A
-// of exactly 0 fails.
+// x' = m cos(b^2), y' = m' sin(b^2), x'' = -2 b m sin(b^2), y'' = 2 b m' cos(b^2)
+// (m = sqrt(2)|A|, m' = sqrt(2) A), within the first term omitted by 4 or 9 terms.
 TEST_F(Clothoid, DerivativesMatchTheirClosedForms)
 {
     for (int32_t formula : {1, 2}) {
@@ -271,11 +256,9 @@ Conversion convert(int32_t code, double a, double b)
     return c;
 }
 
-// A = sqrt(R L), L = A^2 / R, R = A^2 / L, tau = L / 2R = L^2 / 2A^2, worked
-// for round numbers (signs play no part). Near zero is within the precision
-// (1e-4) of 0: every row is invalid with an a near zero; a b near zero is
-// invalid for codes 1 to 6, a valid 0 for the others, and not looked at by
-// codes 8 and 14. Unknown codes fail in both variants.
+// A = sqrt(R L), L = A^2 / R, R = A^2 / L, tau = L / 2R = L^2 / 2A^2. Near zero
+// (1e-4): a always invalid, b invalid for codes 1 to 6, else a valid 0 (not
+// tested by 8 and 14). Unknown codes fail in both variants.
 TEST_F(Clothoid, ConversionsByRow)
 {
     const double root5000 = 70.71067811865476;
@@ -305,10 +288,8 @@ TEST_F(Clothoid, ConversionsByRow)
     EXPECT_NEAR(convert(8, 100.0, 5e-5).out, 1.0, 1e-15);  // computed, not tested: 100 sqrt(1e-4)
 }
 
-// A = 200 and L = 100 make R = 400 and tau = 0.125; their shift comes from
-// the integrated curve, near its series L^2 / 24R - L^4 / 2688R^3. The
-// direct shift gives it; the searches come back from it to A, L, R or tau,
-// exactly once the precision is 0.
+// A = 200, L = 100, R = 400, tau = 0.125: the shift of the integrated curve
+// (near L^2 / 24R - L^4 / 2688R^3), and back from it; exact at precision 0.
 TEST_F(Clothoid, ShiftDirectAndBySearch)
 {
     const double p = referenceShift(200.0, 100.0);
@@ -333,8 +314,7 @@ TEST_F(Clothoid, ShiftDirectAndBySearch)
 
 TEST_F(Clothoid, SearchLimits)
 {
-    // L = 100 has at most a shift of about 12.0 (integrated) within a quarter
-    // turn; a larger target is a valid 0 with no error, but for the search on A.
+    // Beyond the largest shift within a quarter turn: a valid 0, no error.
     const double quarterA = 100.0 / std::sqrt(kPi), pmax = referenceShift(quarterA, 100.0);
     ASSERT_NEAR(pmax, 12.0, 0.01);
     for (const auto &[code, a] : {std::pair{3, 100.0},
@@ -346,16 +326,14 @@ TEST_F(Clothoid, SearchLimits)
         const Conversion beyond = convert(code, a, pmax + 0.05);
         EXPECT_TRUE(beyond.out == 0.0 && beyond.valid == 1 && beyond.strictError == 0) << code;
     }
-    // On A for tau = 1: the largest A, 1e8, has a shift of about 1.1e7, so
-    // 1e9 is never met and all 5000 steps end at that bound. Beyond a quarter
-    // turn (by more than the precision) it is invalid.
+    // On A: 1e9 is above the shift of A = 1e8 (1.1e7), so 5000 steps end at
+    // that bound; tau beyond a quarter turn by more than 1e-4 is invalid.
     const Conversion bound = convert(6, 1.0, 1e9);
     EXPECT_TRUE(bound.error == 0 && bound.valid == 1 && std::fabs(bound.out - 1e8) < 1e-6) << bound.out;
     EXPECT_EQ(convert(6, kPi / 2 + 2e-4, 1.0).strictError, kFail);
     EXPECT_EQ(convert(6, kPi / 2 + 5e-5, 1.0).valid, 1);
-    // For L = 100 a shift of 2e-4 needs tau near 2.4e-5: the halving first
-    // reaches a deflection within 1e-4 of zero, where the nested conversion of
-    // A is invalid, and fails. The search on tau has no such test.
+    // p = 2e-4 needs tau near 2.4e-5: halving reaches tau within 1e-4 of 0,
+    // where the nested conversion of A is invalid; the search on tau goes on.
     const Conversion walked = convert(3, 100.0, 2e-4);
     EXPECT_TRUE(walked.error == kFail && walked.valid == 0 && walked.strictError == kFail);
     EXPECT_EQ(convert(16, 100.0, 2e-4).valid, 1);
@@ -365,9 +343,8 @@ TEST_F(Clothoid, SearchLimits)
 
 TEST_F(Clothoid, TangentDifferenceSpecialCases)
 {
-    // Circle of R = 100: at the centre (R + d within the precision of 0) the
-    // tangent is radial, or 0 for a rate near zero; with a constant offset, pi
-    // beyond the centre and 0 before it.
+    // Circle, R = 100: radial at the centre, 0 there for g near 0; g = 0 gives
+    // pi beyond the centre.
     const double circle[][3] = {{-100.0, 0.5, -kPi / 2}, {-100.0, -0.5, kPi / 2}, {-100.0, 0.0, 0.0},
                                 {-100.00005, 5e-5, 0.0}, {-200.0, 0.0, kPi},      {0.0, 0.0, 0.0}};
     double out = NAN;
@@ -375,9 +352,8 @@ TEST_F(Clothoid, TangentDifferenceSpecialCases)
         UTMAT_CalculerDifferenceTgArcCerTgOffCer(100.0, d, g, &out);
         EXPECT_NEAR(out, expected, 1e-15) << d << " " << g;
     }
-    // Clothoid: at s within the precision of 0 the radius is infinite and the
-    // answer atan(-g), whatever A; at the centre of curvature (r = 10000 / 50)
-    // the tangent is radial, and a zero rate is not singled out.
+    // Clothoid: atan(-g) at s near 0; radial at the centre of curvature
+    // (r = 10000 / 50), a zero rate not singled out.
     for (double A : {80.0, -80.0, 1e6})
         for (double s : {0.0, 5e-5}) {
             UTMAT_CalculerDifferenceTgArcClotTgOffClt(A, s, 5.0, 0.25, &out);
@@ -398,11 +374,8 @@ void expectUnitAlong(const dpoint2d &out, double x, double y)
     EXPECT_NEAR(out.y, y / std::hypot(x, y), 1e-14);
 }
 
-// The arc about C starts at radial angle angle0. Forwards (sense 1) it runs
-// counter-clockwise and its offset curve is C + (R + d + g (t - s)) u(angle0
-// + t / R); backwards (sense 0) it runs clockwise and the offset to the right
-// lies inwards: C + (R - d - g (t - s)) u(angle0 - t / R). Their derivatives
-// at t = s give the tangent, also beyond the centre (d = -1.5 R).
+// The offset curve C + (R + d + g (t - s)) u(angle0 + t / R) forwards, and
+// C + (R - d - g (t - s)) u(angle0 - t / R) backwards, differentiated at t = s.
 TEST_F(Clothoid, CircleOffsetTangentFollowsTheOffsetCurve)
 {
     const double R = 120.0, angle0 = 0.7, s = 45.0;
@@ -420,12 +393,9 @@ TEST_F(Clothoid, CircleOffsetTangentFollowsTheOffsetCurve)
             }
 }
 
-// The clothoid starts in direction angle0; at s its tangent t lies at angle0
-// + sign tau and its curvature to the left is k = sign s / A^2. The offset
-// curve C + (d + g (t - s)) n, n the right-hand normal, has P' = t (1 + k d)
-// + g n. Backwards, the offset to the right of travel is -d and the tangent
-// is reversed. d = 200 lies beyond the centre of curvature (r = 135) on one
-// side; there a constant offset reports no turn, unlike the circle's pi.
+// C + (d + g (t - s)) n has P' = t (1 + k d) + g n, t at angle0 + sign tau,
+// k = sign s / A^2; backwards d is -d and P' reversed. Beyond the centre
+// (r = 135) a constant offset reports no turn, unlike the circle's pi.
 TEST_F(Clothoid, ClothoidOffsetTangentFollowsTheOffsetCurve)
 {
     const double angle0 = -0.4, s = 60.0;
@@ -447,11 +417,8 @@ TEST_F(Clothoid, ClothoidOffsetTangentFollowsTheOffsetCurve)
 
 // ---- Spiral length and a design case ----
 
-// Entering a circle of radius R from a tangent, a spiral turns by L / 2R, so
-// it is 2 |w| R long; between radii R1 and R2 it turns by L (1/R1 + 1/R2) / 2.
-// Azimuths run clockwise from north; the deflection is taken the short way
-// (across north: w = 0.2). No curvature, curvatures that cancel, a radius too
-// small to invert (counted as none) and no deflection all give 0.
+// A spiral turns by L (1/R1 + 1/R2) / 2, so L = 2 |w| / k; w the short way
+// round. No curvature, cancelling ones, an uninvertible radius or no w give 0.
 TEST_F(Clothoid, SpiralLengthFromDeflectionAndRadii)
 {
     const double rows[][5] = {{0.0, 0.3, 100.0, 0.0, 60.0},
@@ -468,8 +435,7 @@ TEST_F(Clothoid, SpiralLengthFromDeflectionAndRadii)
             << azimuth1 << " " << azimuth2 << " " << R1 << " " << R2;
 }
 
-// A transition of L = 80 into an arc of R = 250 (A = sqrt(20000), tau =
-// 0.16), and back from A and its shift to L, R and tau.
+// L = 80 into R = 250 (A = sqrt(20000), tau = 0.16), and back from A and p.
 TEST_F(Clothoid, TransitionIntoAnArcRoundTrip)
 {
     const double R = 250.0, L = 80.0, A = convert(1, R, L).out, p = convert(18, A, R).out;

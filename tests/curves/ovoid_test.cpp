@@ -1,6 +1,5 @@
-// Ovoid parameters and the circle through a point that osculates a clothoid,
-// checked against the clothoid relations A^2 = R s and tau = s^2 / (2 A^2)
-// and against clothoid points integrated numerically in the test itself.
+// Ovoid parameters and the circle through a point osculating a clothoid,
+// checked against A^2 = R s, tau = s^2 / 2A^2 and an integrated clothoid.
 #include <cmath>
 #include <cstdint>
 #include <numbers>
@@ -16,8 +15,7 @@ namespace {
 using Real = long double;
 constexpr int32_t kFail = TESSAR_FAILURE;
 
-// The error word after a call made with the word first left at 32768 (by an
-// unknown clothoid conversion code), so that a call that clears it shows.
+// The error word after a call, the word first set to 32768 (unknown code 10).
 template <class Call> int32_t errorAfter(Call call)
 {
     double ignored = 0.0;
@@ -28,10 +26,8 @@ template <class Call> int32_t errorAfter(Call call)
     return code;
 }
 
-// The clothoid of parameter A at abscissa s, by composite Simpson on
-// x = integral cos(u^2 / 2A^2), y = sign(A) integral sin(u^2 / 2A^2); with an
-// R, the centre of the circle of radius R osculating there instead: R along
-// the normal, on the side the curve turns to.
+// The clothoid at s by composite Simpson on x = int cos(u^2 / 2A^2),
+// y = sign(A) int sin(u^2 / 2A^2); with R, the centre of curvature R there.
 dpoint2d integrated(double A, double s, double R = 0.0)
 {
     const int n = 4000;  // even
@@ -64,9 +60,8 @@ Ovoid ovoid(int32_t code, double R1, double R2, double v)
     return o;
 }
 
-// The radii lie at s = A^2 / R on the clothoid (s = 0 for R1 = 0, an infinite
-// radius), and the length or the deflection tau = s^2 / 2A^2 changes by v
-// between them, whatever the order and the signs of the radii and of v.
+// The radii lie at s = A^2 / R (0 for R1 = 0), between which the length or
+// tau = s^2 / 2A^2 changes by v, whatever the order and signs.
 TEST(OvoidParameter, LengthAndDeflectionFollowTheClothoidRelations)
 {
     const int32_t L = TESSAR_OVOID_LENGTH, D = TESSAR_OVOID_DEFLECTION;
@@ -84,8 +79,7 @@ TEST(OvoidParameter, LengthAndDeflectionFollowTheClothoidRelations)
     EXPECT_DOUBLE_EQ(ovoid(D, 300.0, 200.0, 0.1).A, 120.0);  // A^2 = 2 0.1 300^2 200^2 / (300^2 - 200^2)
 }
 
-// Radii equal within the precision 1e-4: no transition, A as the caller left
-// it and valid all the same. An unknown code fails with valid 0.
+// Radii equal within 1e-4 leave A alone, valid; unknown codes fail.
 TEST(OvoidParameter, EqualRadiiAndUnknownCodes)
 {
     for (int32_t code : {TESSAR_OVOID_LENGTH, TESSAR_OVOID_DEFLECTION})
@@ -99,14 +93,9 @@ TEST(OvoidParameter, EqualRadiiAndUnknownCodes)
     }
 }
 
-// From an infinite radius the gap is the shift of the circle R2 from the
-// tangent at the origin, y(L) - R2 (1 - cos tau) at L = A^2 / R2; a gap of 0
-// is an invalid shift, reported without an error: A comes back 0, and the
-// ovoid call says valid all the same. Between two circles the gap is the
-// larger radius less the distance of the two osculating centres less the
-// smaller radius, whatever the order and the signs. A smaller radius within
-// the precision of 0 makes the nested conversion of A invalid: the search
-// fails and leaves A alone.
+// From R1 = 0 the gap is the shift y(L) - R2 (1 - cos tau), L = A^2 / R2 (a gap
+// of 0: A = 0, still valid); else larger R - distance of centres - smaller R.
+// A smaller radius near 0 fails in the nested conversion, A left alone.
 TEST(OvoidParameter, GapMeasuredOnTheIntegratedCurve)
 {
     for (double shift : {0.25, 1.0, 3.0}) {
@@ -145,9 +134,7 @@ Circle osculating(double A, double s1, double s2, dpoint2d p)
     return c;
 }
 
-// The circle found passes through p and osculates the integrated clothoid:
-// its tangency point lies on the curve at the abscissa A^2 / R, and its
-// centre R along the normal there.
+// The circle passes through p and osculates the integrated clothoid at A^2 / R.
 void expectOsculatingThrough(double A, const Circle &c, const dpoint2d &p)
 {
     ASSERT_TRUE(c.count == 1 && c.error == 0);
@@ -157,10 +144,8 @@ void expectOsculatingThrough(double A, const Circle &c, const dpoint2d &p)
     EXPECT_NEAR(distance(c.centre, p), c.R, 1.5e-4);
 }
 
-// For either turn, the far end of the diameter of the circle osculating at
-// s = 80 (R = 125) from the curve; then points on either side of the curve,
-// behind its origin and next to it (the radius there is 0, so no snapping),
-// all between the circles of deflection 0.001 (R = 2236) and pi / 2 (R = 56.4).
+// The far end of the diameter at s = 80 (R = 125), either turn; then points
+// on both sides, behind the origin and next to it (radius 0 there: no snap).
 TEST(OsculatingCircle, ThroughPointsAcrossTheReachOfTheSearch)
 {
     for (double A : {100.0, -100.0}) {
@@ -177,10 +162,8 @@ TEST(OsculatingCircle, ThroughPointsAcrossTheReachOfTheSearch)
     }
 }
 
-// A = 100 on the piece from 50 to 150: a p 1 from P1, within the default
-// tolerance of 2, gives exactly the circle osculating at s1 (R = 100^2 / 50),
-// and likewise at P2 (R = 100^2 / 150). With a tolerance of 0.5 the same p
-// is searched for like any other.
+// Within the tolerance 2 of an end: the circle there (R = 100^2 / 50, or / 150);
+// with 0.5 the same p is searched for.
 TEST(OsculatingCircle, PointNearAnEndSnapsToIt)
 {
     const double A = 100.0;
@@ -199,11 +182,8 @@ TEST(OsculatingCircle, PointNearAnEndSnapsToIt)
     EXPECT_GT(std::fabs(c3.R - 200.0), 1.0);
 }
 
-// No solution and no error: the centre of the circle of deflection pi / 2
-// (L = A sqrt(pi), R = A / sqrt(pi)) and (60, 40), 43.5 from it, lie inside
-// the smallest circle searched; (0, -5000) on the convex side lies outside
-// the largest. An A of exactly 0 gives nothing; an A within the precision of
-// 0 fails in the radius conversion.
+// No solution, no error: inside the circle of tau = pi/2 (R = A / sqrt(pi)) or
+// far on the convex side. A = 0 gives nothing; A near 0 fails.
 TEST(OsculatingCircle, NoSolutionAndDegenerateParameters)
 {
     const double A = 100.0, Ra = A / std::sqrt(std::numbers::pi);

@@ -28,8 +28,7 @@ void provokeKernelFailure()
     UTMAT_CalculerDroite2Pt(&p, &p, &line);
 }
 
-// The pi-derived values are the exact roundings of the run-time pi times the
-// stated multipliers, as the shortest decimal that reads back to them.
+// Pi-derived: the exact roundings of the run-time pi times the stated multipliers.
 TEST(Constants, LiteralAndPiDerivedValues)
 {
     const double literal[][2] = {
@@ -143,8 +142,7 @@ TEST(Comparison, IntervalsAndDivisionGuard)
 
 TEST(ErrorProtocol, NestedFailureAndTheDetailWord)
 {
-    // The crossing normalises both lines by a nested call; the degenerate one
-    // fails there, the count is zeroed first and the point is left alone.
+    // A nested normalisation fails; the count was zeroed first, the point is kept.
     const UTMAT_Droite good{1.0, 0.0, 0.0}, degenerate{0.0, 0.0, 5.0};
     dpoint2d out{7.0, 7.0};
     int32_t count = 9, code = -1, detail = -1;

@@ -1,5 +1,4 @@
-// The heap interface and the growable tables: capacity in blocks of ten,
-// the failures and what each leaves behind.
+// The heap interface and the growable tables: capacity in blocks of ten, the failures.
 #include <cstdint>
 #include <vector>
 
@@ -191,9 +190,8 @@ TEST(Table, RemoveMovesTheTailAndShrinksByBlocks)
     blockless.count = 0;
 }
 
-// Large records, moved and compared over their whole size (small whole
-// doubles share their first four bytes); a table of 2 to 10 that falls to one
-// element shrinks to exactly one, and freeing clears the pointer.
+// Large records move and compare whole (small whole doubles share their first
+// four bytes); falling from 2..10 to one element shrinks to exactly one.
 TEST(Table, RecordsOfAnySize)
 {
     struct Big {

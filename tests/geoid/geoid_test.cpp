@@ -1,6 +1,5 @@
-// Geoid grids: undulations from small grid files written here, the block
-// choice at the edges, the longitude sense, the search of a family of
-// regional files, and the failure values.
+// Geoid grids written here: nodes, cells, the block choice at the edges, the
+// longitude sense, the search of a family of files and the failure values.
 #include <tessar/geoid.h>
 
 #include <gtest/gtest.h>
@@ -53,21 +52,18 @@ class Geoid : public ::testing::Test
         tsGeoid_closeModel();  // the model is process-wide
         std::filesystem::remove_all(dir_);
     }
-    std::string path(const std::string &name) const { return dir_ + "/" + name; }
     // Writes the header and the values row by row; keep > 0 cuts the file there.
     std::string write(const std::string &name, const Header &h, const Values &value, size_t keep = 0) const
     {
-        std::vector<char> bytes(44);
+        std::vector<char> bytes(44 + 4 * size_t(h.rows) * size_t(h.columns));
         std::memcpy(bytes.data(), &h, 44);
-        for (int r = 0; r < h.rows; ++r)
-            for (int c = 0; c < h.columns; ++c) {
-                const float v = value(r, c);
-                bytes.insert(bytes.end(), reinterpret_cast<const char *>(&v),
-                             reinterpret_cast<const char *>(&v + 1));
-            }
-        if (keep > 0) bytes.resize(keep);
-        std::ofstream(path(name), std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
-        return path(name);
+        for (int i = 0; i < h.rows * h.columns; ++i) {
+            const float v = value(i / h.columns, i % h.columns);
+            std::memcpy(&bytes[44 + 4 * size_t(i)], &v, 4);
+        }
+        bytes.resize(keep > 0 ? keep : bytes.size());
+        std::ofstream(dir_ + "/" + name, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
+        return dir_ + "/" + name;
     }
     std::string open(const Header &h, const Values &value, size_t keep = 0)
     {
@@ -99,8 +95,7 @@ TEST(GeoidFit, QuadraticThroughThreeEquallySpacedValues)
             << t << " " << f0 << " " << f1 << " " << f2;
 }
 
-// 0.1f between neighbours of 1e9: interpolated at the node it would be
-// (f1 - f0) + f0, which rounds away from f1 in double.
+// 0.1f among 1e9: interpolated, (f1 - f0) + f0 would round away from f1.
 TEST_F(Geoid, NodeGivesTheStoredFloatWithoutInterpolation)
 {
     open({40.0, 10.0, 0.25, 0.25, 3, 3}, [](int r, int c) { return r == 1 && c == 1 ? 0.1f : 1.0e9f; });
@@ -110,9 +105,8 @@ TEST_F(Geoid, NodeGivesTheStoredFloatWithoutInterpolation)
     EXPECT_EQ(undulation(40.5, 10.5), 1.0e9);  // north-east corner
 }
 
-// Interpolation on any 3 x 3 block is exact for a surface quadratic in each
-// direction; in node units u (north) and v (east) this one has exact float
-// nodes and no symmetry, so swapped or reversed rows and columns show.
+// Exact for a biquadratic surface in node units u (north), v (east): exact
+// float nodes, no symmetry, so swapped or reversed rows and columns show.
 TEST_F(Geoid, ReproducesQuadraticSurfacesEverywhere)
 {
     const auto f = [](double u, double v) {
@@ -126,9 +120,8 @@ TEST_F(Geoid, ReproducesQuadraticSurfacesEverywhere)
             << "u = " << u << ", v = " << v;
 }
 
-// 4 rows x 5 columns of 0.5 by 0.25 deg from (10 N, 20 E), all zero but 8 at
-// the south-west node and 4 at the north-east one, so the value tells the
-// block. L0 = (t-1)(t-2)/2, L2 = t(t-1)/2.
+// 4 x 5 nodes from (10 N, 20 E), 0 but 8 at the south-west and 4 at the
+// north-east node: the value tells the block. L0 = (t-1)(t-2)/2, L2 = t(t-1)/2.
 TEST_F(Geoid, BlockStaysOnTheGridAtItsEdges)
 {
     open({10.0, 20.0, 0.5, 0.25, 4, 5}, [](int r, int c) {
@@ -153,14 +146,12 @@ TEST_F(Geoid, BlockStaysOnTheGridAtItsEdges)
         EXPECT_DOUBLE_EQ(undulation(r.lat, r.lon), r.expected) << r.why;
 }
 
-// Columns every 0.5 deg from 358 to 362, valued by their index, so that the
-// value tells the longitude used.
+// Columns from 358 to 362 valued by their index: the value tells the longitude.
 TEST_F(Geoid, LongitudeSenseAndTheSeamAt360)
 {
     open({-1.0, 358.0, 0.5, 0.5, 5, 9}, [](int, int c) { return float(c); });
-    // -1 east and 1 west are 359, -0.25 east 359.75, 0 west 360, any sense but 0
-    // is east; east-positive 0 stays 0, short of 360; 361 (also -1 west) is
-    // beyond 360 although the grid reaches 362.
+    // -1 east, 1 west: 359; 0 west: 360; any sense but 0 is east; 0 east stays
+    // short of 360; 361 (or -1 west) is beyond 360, though the grid reaches 362.
     const double rows[][4] = {{0.0, -1.0, 1, 2.0}, {0.0, 1.0, 0, 2.0},    {0.0, -0.25, 1, 3.5},
                               {0.0, 0.0, 0, 4.0},  {0.0, 360.0, 1, 4.0},  {0.25, 359.75, 1, 3.5},
                               {0.0, 0.0, 1, kNaN}, {0.0, 361.0, 1, kNaN}, {0.0, -1.0, 0, kNaN},
@@ -178,8 +169,8 @@ TEST_F(Geoid, PointsOffTheGridOrTheGlobeFail)
         EXPECT_TRUE(std::isnan(undulation(lat, lon))) << lat << " " << lon;
 }
 
-// A failing open closes the model open before. A missing file, an empty
-// path, a kind of 0, a file cut inside its header and a directory all fail.
+// Missing, empty path, kind 0, cut header, a directory: each fails and
+// closes the model open before.
 TEST_F(Geoid, NoModelOrAFailedOpenGivesOne)
 {
     EXPECT_TRUE(std::isnan(undulation(0.0, 0.0)));  // nothing open at all
@@ -202,9 +193,8 @@ TEST_F(Geoid, NoModelOrAFailedOpenGivesOne)
     EXPECT_EQ(tsGeoid_closeModel(), 1);
 }
 
-// Values are read on demand, each by its own seek and read: with only the
-// first row stored, reads past the end are short and leave the value read
-// before, with no failure.
+// Read on demand: past the first, only stored row, short reads leave the
+// value read before, with no failure.
 TEST_F(Geoid, ValuesCutFromTheFileGiveTheLastValueRead)
 {
     const Header cut{0.0, 0.0, 1.0, 1.0, 3, 3};
@@ -217,8 +207,7 @@ TEST_F(Geoid, ValuesCutFromTheFileGiveTheLastValueRead)
 
 // ---- The search of a family of files ----
 
-// 2 x 2 deg grids of 0.5 deg spacing, so edge bands 0.25 deg wide, each
-// holding one constant value that names it.
+// 2 x 2 deg grids, 0.5 deg spacing (bands 0.25 wide), each valued by its name.
 class GeoidFamily : public Geoid
 {
   protected:
@@ -237,8 +226,7 @@ class GeoidFamily : public Geoid
         for (const auto &f : files)
             write(f.name, {f.south, f.west, 0.5, 0.5, 5, 5, f.value != 6}, [&](int, int) { return f.value; });
     }
-    // The value of the grid chosen for the point, or NaN when none; the model
-    // open before (s1999a01, never chosen) is closed either way.
+    // The chosen grid's value, or NaN; s1999a01, opened before, is closed.
     double chosen(int32_t family, double lat, double lon, int32_t sense = 1)
     {
         EXPECT_EQ(tsGeoid_initModelByFile((dir_ + "/s1999a01.bin").c_str()), 0);
@@ -249,8 +237,7 @@ class GeoidFamily : public Geoid
     }
 };
 
-// Interior beats edge beats corner, the earlier file first; nothing found
-// leaves the model closed.
+// Interior beats edge beats corner, the earlier file first.
 TEST_F(GeoidFamily, SearchOrderAndFailures)
 {
     struct Row {
@@ -283,9 +270,7 @@ TEST_F(GeoidFamily, SearchOrderAndFailures)
     EXPECT_EQ(tsGeoid_initModelByGeoid(4, nullptr, 11.0, 20.5, 1), 1);
 }
 
-// A separator is added when missing; an empty directory adds nothing, so the
-// names are relative to the working directory, and the open file stays
-// usable after that changes.
+// A missing separator is added; an empty directory adds nothing.
 TEST_F(GeoidFamily, DirectoryWithOrWithoutSeparatorOrEmpty)
 {
     EXPECT_EQ(tsGeoid_initModelByGeoid(4, (dir_ + "/").c_str(), 11.0, 20.5, 1), 0);
