@@ -171,7 +171,6 @@ TEST(Polynomial, RootsOfPolynomialsWithKnownRoots)
         double roots[3];
         double tol;
     } rows[] = {
-        {"constant", 1, 0, 0, 0, 1e-9, 0, {}, 0},
         {"x^2 + 1", 1, 0, 1, 0, 1e-9, 0, {}, 0},
         {"-(x-1)(x-2)", -2, 3, -1, 0, 1e-9, 2, {1, 2}, 0},               // -h -+ sqrt(d), root[0] the smaller
         {"(x-1)^2", 1, -2, 1, 0, 1e-9, 2, {1, 1}, 0},                    // d = 0: the double root twice

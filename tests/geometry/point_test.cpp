@@ -172,9 +172,9 @@ TEST(PointText, ReadsYThenXThenOptionalZ)
     // Control characters become blanks; a single number or blanks fail.
     using R = std::tuple<const char *, int32_t, double, double, double>;
     for (const auto &[text, status, x, y, z] :
-         {R{"10 20", 0, 20.0, 10.0, 0.0}, R{" 5000.25 1200.5 101.75 ", 0, 1200.5, 5000.25, 101.75},
+         {R{"10 20", 0, 20.0, 10.0, 0.0}, R{"  5000.25   1200.5  101.75 ", 0, 1200.5, 5000.25, 101.75},
           R{"10\t20", 0, 20.0, 10.0, 0.0}, R{"10", kFail, -1.0, -1.0, -1.0},
-          R{" ", kFail, -1.0, -1.0, -1.0}}) {
+          R{"   ", kFail, -1.0, -1.0, -1.0}}) {
         dpoint3d p{-1, -1, -1};
         EXPECT_EQ(tsPoint_setFromYXZString(&p, text), status) << text;
         expectPoint(p, x, y, z, 0.0);
@@ -190,7 +190,6 @@ TEST(PointCollinear, OppositeDirectionsAndTheMissingWrapAtZero)
         uint8_t anyDirection, sameDirection;
     } rows[] = {
         {"out and back", {{0, 0, 0}, {5, 0, 0}, {10, 0, 0}, {-5, 0, 0}}, 1e-6, 1, 0},
-        {"bent", {{0, 0, 0}, {10, 0, 0}, {10, 10, 0}}, 1e-3, 0, 0},
         // A point on the first is skipped, not taken as a direction.
         {"repeated first point", {{0, 0, 0}, {0, 1e-5, 0}, {10, 10, 0}, {20, 20, 0}}, 1e-3, 1, 1},
         // Directions 0.001 and 2 pi - 0.0005 differ by almost a turn.

@@ -74,25 +74,6 @@ TEST(Transform, SettingAndMultiplyingMovesByBThenA)
     expectSame(b, kAB);
 }
 
-// Right-multiplied operations act first, in the frame T defines. T here is
-// p -> 2 p + (10, 0, 0).
-TEST(Transform, ScaleTranslateRotate2dActFirst)
-{
-    struct Row {
-        void (*apply)(tsTransform *);
-        dpoint3d in, expected;
-    } rows[] = {
-        {[](tsTransform *t) { tsTransform_scale(t, 3, 1, 1); }, {1, 1, 1}, {16, 2, 2}},  // (3, 1, 1) first
-        {[](tsTransform *t) { tsTransform_translate(t, 1, 2, 3); }, {0, 0, 0}, {12, 4, 6}},
-        {[](tsTransform *t) { tsTransform_rotateByAngle2d(t, kPi / 2); }, {1, 0, 5}, {10, 2, 10}},
-    };
-    for (const Row &row : rows) {
-        tsTransform t = fromRows({2, 0, 0, 10, 0, 2, 0, 0, 0, 0, 2, 0});
-        row.apply(&t);
-        expectPoint(moved(t, row.in), row.expected.x, row.expected.y, row.expected.z, kTurnTol);
-    }
-}
-
 TEST(Transform, Rotate3dActsLastInWorldAxes)
 {
     // The translation (10, 0, 0) turns with rotateByAngle3d, not with rotateByAngle2d.
@@ -172,7 +153,9 @@ TEST(Transform, PrintfWritesRowsBetweenMarkers)
 }
 
 // A site grid on a projected grid: local metres scaled by 2 (a drawing unit
-// of half a metre), turned 30 degrees, moved to the site origin.
+// of half a metre), turned 30 degrees, moved to the site origin. Scale,
+// rotate2d and translate multiply on the right: each acts first, in the frame
+// already built.
 TEST(Transform, SiteGridToProjectedGrid)
 {
     tsTransform t = fromRows({1, 0, 0, 500000.0, 0, 1, 0, 4000000.0, 0, 0, 1, 100.0});
@@ -183,6 +166,9 @@ TEST(Transform, SiteGridToProjectedGrid)
     double a = 0.0;  // a bearing along the local x axis comes out at 30 degrees
     tsTransform_moveAngle(&t, &a);
     EXPECT_NEAR(a, kPi / 6, 1e-15);
+    // A local move of (1, 0, 3) is scaled to (2, 0, 3) and turned with the grid.
+    tsTransform_translate(&t, 1, 0, 3);
+    expectPoint(moved(t, {0, 0, 0}), 500000.0 + std::sqrt(3.0), 4000001.0, 103.0, 1e-9);
 }
 
 /* ---- 4-D matrices of the kernel ---- */

@@ -50,7 +50,6 @@ TEST(VectorLines, FromPointsNormalisedWithPowerPositiveOnTheRight)
         double a, b, c, power;   // unit coefficients; the probe's power
     } rows[] = {
         {{0, 0}, {1, 0}, {0, 1}, 0, -1, 0, -1},          // (0, 1) on the left
-        {{0, 0}, {1, 0}, {0, -1}, 0, -1, 0, 1},          // (0, -1) on the right
         {{1, 1}, {4, 5}, {5, 1}, 0.8, -0.6, -0.2, 3.2},  // |(3, 4) x (4, 0)| / 5
         {{2, 3}, {-1, 3}, {0, 5}, 0, 1, -3, 2},          // heading west, the right is north
     };
