@@ -193,16 +193,25 @@ TEST_F(Geoid, NoModelOrAFailedOpenGivesOne)
     EXPECT_EQ(tsGeoid_closeModel(), 1);
 }
 
-// Read on demand: past the first, only stored row, short reads leave the
-// value read before, with no failure.
-TEST_F(Geoid, ValuesCutFromTheFileGiveTheLastValueRead)
+// Values are read on demand, never loaded. Past the first, only stored row,
+// short reads leave the value read before, with no failure. A value patched
+// in the open file is what the next call gives: row 2, column 3 of 3 x 4 lies
+// at 40 + 4 ((2 - 1) 4 + 3) = 68, and weighs L1(1.5) = 0.75 at y = 1.5.
+TEST_F(Geoid, ValuesAreReadFromTheFileOnDemand)
 {
-    const Header cut{0.0, 0.0, 1.0, 1.0, 3, 3};
-    open(
-        cut, [](int r, int c) { return float(10 * r + c); }, 44 + 3 * 4);
+    const auto byIndex = [](int r, int c) { return float(10 * r + c); };
+    open({0.0, 0.0, 1.0, 1.0, 3, 3}, byIndex, 44 + 3 * 4);
     EXPECT_DOUBLE_EQ(undulation(0.0, 2.0), 2.0);  // row 1, column 3: stored
     EXPECT_DOUBLE_EQ(undulation(2.0, 1.0), 2.0);  // row 3 is missing: still 2
     EXPECT_TRUE(std::isfinite(undulation(1.5, 1.5)));
+
+    const std::string file = open({0.0, 0.0, 1.0, 1.0, 3, 4}, [](int, int) { return 2.0f; });
+    const float patched = 6.5f;
+    std::fstream(file, std::ios::binary | std::ios::in | std::ios::out)
+        .seekp(68)
+        .write(reinterpret_cast<const char *>(&patched), sizeof patched);
+    EXPECT_DOUBLE_EQ(undulation(1.0, 2.0), 6.5);
+    EXPECT_DOUBLE_EQ(undulation(1.0, 2.5), 2.0 + 4.5 * 0.75);
 }
 
 // ---- The search of a family of files ----
