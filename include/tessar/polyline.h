@@ -504,8 +504,10 @@ TESSAR_API void UTMAT_CalculateDiff2Lines(const dpoint2d *pts1, int32_t n1, cons
 
 /**
  * As UTMAT_CalculerDifference2Polylignes, keeping only the meeting points at
- * which a stretch of non-zero area begins or ends. points, types and count
- * are required.
+ * which a stretch of non-zero area begins or ends: a side of a point whose
+ * area is near-equal to 0 counts as equal levels, and a point with equal
+ * levels on both sides is removed. points, types and count are required
+ * (not tested).
  */
 TESSAR_API void UTMAT_CalculerDifference2PolylignesAvecControleSurface(const dpoint2d *pts1, int32_t n1,
                                                                        const dpoint2d *pts2, int32_t n2,
@@ -516,9 +518,15 @@ TESSAR_API void UTMAT_CalculerDifference2PolylignesAvecControleSurface(const dpo
 
 /**
  * The stretches in which the difference D lies in the bracket low < D <= high.
- * \param[out] out1  MEM_ table of two points per stretch (start, end) on polyline 1
- * \param[out] out2  the same on polyline 2
- * \param[out] count number of stretches
+ * D is sampled at the vertices of either polyline that the other covers (exact
+ * comparisons), in increasing x, until either polyline is used up; between two
+ * samples D is linear, and a stretch starts or ends where it crosses a bound.
+ * Two samples on one x (a vertical step) are crossed where D, linear along the
+ * step, reaches the bound.
+ * \param[out] out1  MEM_ table of two points per stretch (start, end) on polyline 1,
+ *                   or null; *out1 should be null on entry
+ * \param[out] out2  the same on polyline 2, or null
+ * \param[out] count number of stretches (cleared first)
  * Fails when out1 and out2 are both null, on a null polyline, and on an
  * inconsistent walk (the stretches stored so far stay).
  */
