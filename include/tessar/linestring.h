@@ -29,8 +29,9 @@
  * Results: 0 for success, 32768 for a bad argument or no memory. The
  * connecting functions also give a status: 0 a result exists, 1 the given
  * strings intersect each other, 2 nothing could be connected. Nothing here
- * keeps state; connecting writes one debug line to the log file when the
- * caller has opened it.
+ * keeps state; when the caller has opened the log file (system.h),
+ * connecting writes the first walk it finds to it, one line per string:
+ * "Line[%4ld] ** %4ld" with the position and the end index.
  */
 #ifndef TESSAR_LINESTRING_H
 #define TESSAR_LINESTRING_H
@@ -111,7 +112,8 @@ TESSAR_API int32_t tsLineString_copyParallel2d(dpoint3d *points, int32_t n, doub
  * \param[in]  lines     the lines
  * \param[in]  tol       the match tolerance (a negative one counts as 0)
  * \param[out] listCount the number of lists
- * \param[out] lists     receives a new array of listCount list pointers
+ * \param[out] lists     receives a new array of listCount list pointers; an
+ *                       array held on entry is freed, not the lists in it
  * \return 0; 32768 for n below 1, null lines or no memory.
  */
 TESSAR_API int32_t tsJoinLines_linesDline3d(int32_t n, const tsLine *lines, double tol, int32_t *listCount,
@@ -127,10 +129,16 @@ TESSAR_API int32_t tsJoinLines_linesDline3d(int32_t n, const tsLine *lines, doub
  * \param[out]    status     0 result, 1 the strings intersect, 2 nothing to connect
  * \param[out]    closed     whether a last connector back to the first end would be allowed
  * \param[out]    length     plan length of the strings and connectors
- * \param[out]    points     receives all strings in order, each forward or backward
+ * \param[out]    points     receives all strings in order, each forward or
+ *                           backward; when no walk meets the conditions, an
+ *                           array that holds nothing
  * \param[out]    pointCount its point count
  * \param[out]    order      receives the end indices in walk order: for end e,
- *                           string e / 2, forward if e is even, backward if odd
+ *                           string e / 2, forward if e is even, backward if odd.
+ *                           The walk's first connector leaves from the leftmost
+ *                           end that has one, so the first string is walked
+ *                           into that end. A string of plan length 0 has no
+ *                           ends and shifts the strings after it: pass none.
  * \param[out]    orderCount its count; 0 when no path meets the conditions
  * \return 0, also with status 1 or 2; 32768 for a bad argument, or with
  *         status 2 for no memory.
