@@ -151,7 +151,10 @@ TESSAR_API void UTMAT_CalculerCerTgCerDtePs1Pt(const dpoint2d *c, double r, cons
                                                dpoint2d *points, int32_t *count);
 
 /**
- * The circles of radius R tangent to the circle (c, r) through p.
+ * The circles of radius R tangent to the circle (c, r) through p. With p on
+ * the circle and R equal to r within UTMAT_getCalculPrec, the circle itself
+ * is a solution, touched everywhere: its tangency point is then p's
+ * coordinates shifted once more by p (2 p), not p.
  * \param[out] centres room for 4
  * \param[out] points  room for 4: the points on the circle
  * \param[out] count   the number stored
