@@ -175,7 +175,11 @@ class VertexOffset
     {
         double span = rising ? to - from : from - to;
         if (span < 0.0) span += twoPi_;
-        const auto c = static_cast<int64_t>(span / step_);
+        // A step so fine that the count has no integer could never be
+        // stored: it fails as the growth would.
+        const double steps = span / step_;
+        if (!(steps < 1e18)) return false;
+        const auto c = static_cast<int64_t>(steps);
         if (c < 1) return true;
         const double inc = span / static_cast<double>(c);
         const int64_t last = throughEnd ? c : c - 1;
