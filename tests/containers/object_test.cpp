@@ -1,13 +1,9 @@
-// The reference-counted object: counting that never deletes, copies that
-// carry the count, the class id and the user data, the layout and slot order
-// that derived classes in other modules compile against, and the trace file
-// that stays unwritten.
+// The reference-counted object: counting that never deletes, copies, layout and slot order, no trace.
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -15,8 +11,7 @@
 
 namespace {
 
-// A road element shared between owners; it counts its own destruction. It
-// is final: the base has no virtual destructor, so it is deleted as itself.
+// A road element that counts its own destruction; final, as the base has no virtual destructor.
 class Segment final : public TsObject
 {
   public:
@@ -24,151 +19,87 @@ class Segment final : public TsObject
     Segment(const Segment &) = default;
     Segment &operator=(const Segment &) = default;
     ~Segment() { ++*destroyed_; }
-
-    using TsObject::getReferenceCount;
-    using TsObject::getUserData;
-    using TsObject::internalAddRef;
-    using TsObject::internalGetClsId;
-    using TsObject::internalRelease;
-    using TsObject::internalSetClsId;
-    using TsObject::setUserData;
-
-    // Offsets of the fields from the start of the base object.
-    std::ptrdiff_t offsetOfCount() const { return offsetOf(&referenceCount); }
-    std::ptrdiff_t offsetOfClassId() const { return offsetOf(&classId); }
-    std::ptrdiff_t offsetOfUserData() const { return offsetOf(&userData); }
-
-    int64_t userDataValue() const
+    using TsObject::getReferenceCount, TsObject::getUserData, TsObject::internalAddRef,
+        TsObject::internalGetClsId, TsObject::internalRelease, TsObject::internalSetClsId,
+        TsObject::setUserData;
+    int64_t user() const
     {
         int64_t value = -1;
         getUserData(value);
         return value;
     }
+    // Offsets of the count, the class id and the user data from the start of the base object.
+    std::array<std::ptrdiff_t, 3> offsets() const
+    {
+        const auto *base = reinterpret_cast<const char *>(static_cast<const TsObject *>(this));
+        return {reinterpret_cast<const char *>(&referenceCount) - base,
+                reinterpret_cast<const char *>(&classId) - base,
+                reinterpret_cast<const char *>(&userData) - base};
+    }
 
   private:
-    std::ptrdiff_t offsetOf(const void *field) const
-    {
-        return static_cast<const char *>(field) -
-               reinterpret_cast<const char *>(static_cast<const TsObject *>(this));
-    }
     int *destroyed_;
 };
 
-// An owner's hold on a shared segment: copying the hold adds a reference,
-// dropping it releases one, and the owner that releases the last deletes
-// the segment, since the segment never deletes itself.
-class Hold
+TEST(TsObject, CountingNeverDeletesAndWritesNoTrace)
 {
-  public:
-    explicit Hold(Segment *segment) : segment_(segment) { segment_->internalAddRef(); }
-    Hold(const Hold &other) : Hold(other.segment_) {}
-    Hold &operator=(const Hold &) = delete;
-    ~Hold()
-    {
-        if (segment_->internalRelease() == 0) delete segment_;
-    }
-
-  private:
-    Segment *segment_;
-};
-
-TEST(TsObject, NewObjectHasNoReferencesAndNoUserData)
-{
-    int destroyed = 0;
-    Segment segment(&destroyed);
-    EXPECT_EQ(segment.getReferenceCount(), 0u);
-    EXPECT_EQ(segment.userDataValue(), 0);
-}
-
-TEST(TsObject, CountingNeverDeletes)
-{
+    // The trace switch is off, so counting leaves the working directory as it was.
+    namespace fs = std::filesystem;
+    const bool traced = fs::exists("counter.log");
+    const auto traceSize = traced ? fs::file_size("counter.log") : 0;
     int destroyed = 0;
     auto *segment = new Segment(&destroyed);
-    // Each row: the operation, what it returns, the count after it.
-    struct Row {
+    EXPECT_EQ(segment->getReferenceCount(), 0u);
+    EXPECT_EQ(segment->user(), 0);
+    // Each row: add or release, its result, the count after; the last release leaves the object alive;
+    // below zero the count wraps (~0u).
+    const struct {
         bool addRef;
-        uint32_t result;
-        uint32_t count;
+        uint32_t result, count;
     } rows[] = {
-        {true, 0, 1},  {true, 0, 2},
-        {false, 1, 1}, {false, 0, 0},                      // the last release leaves the object alive
-        {true, 0, 1},                                      // and it can be taken again
-        {false, 0, 0}, {false, 0xFFFFFFFFu, 0xFFFFFFFFu},  // no guard below zero: the unsigned count wraps
-        {true, 0, 0},
+        {true, 0, 1}, {true, 0, 2},  {false, 1, 1},     {false, 0, 0},
+        {true, 0, 1}, {false, 0, 0}, {false, ~0u, ~0u}, {true, 0, 0},
     };
-    for (const Row &row : rows) {
-        const uint32_t result =
-            row.addRef ? static_cast<uint32_t>(segment->internalAddRef()) : segment->internalRelease();
-        EXPECT_EQ(result, row.result);
+    for (const auto &row : rows) {
+        EXPECT_EQ(row.addRef ? uint32_t(segment->internalAddRef()) : segment->internalRelease(), row.result);
         EXPECT_EQ(segment->getReferenceCount(), row.count);
         EXPECT_EQ(destroyed, 0);
     }
-    delete segment;
+    delete segment;  // the owner that released the last reference deletes it
     EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(fs::exists("counter.log"), traced);
+    EXPECT_EQ(traced ? fs::file_size("counter.log") : 0, traceSize);
 }
 
-TEST(TsObject, ClassIdAndUserData)
+TEST(TsObject, ClassIdUserDataAndCopies)
 {
     int destroyed = 0;
-    Segment segment(&destroyed);
+    Segment original(&destroyed), assigned(&destroyed);
     // Each row: a class id and a user word, stored and read back whole.
     const std::pair<uint32_t, int64_t> rows[] = {
-        {0u, 0}, {0x5EC7u, -1}, {0xFFFFFFFFu, INT64_MIN}, {7u, INT64_MAX}, {1u, int64_t{1} << 40},
-    };
+        {0u, 0}, {0x5EC7u, -1}, {0xFFFFFFFFu, INT64_MIN}, {7u, INT64_MAX}, {0xA11u, -5'000'000'000'000}};
     for (const auto &[id, word] : rows) {
-        EXPECT_EQ(segment.internalSetClsId(id), 0);
-        segment.setUserData(word);
-        EXPECT_EQ(segment.internalGetClsId(), id);
-        EXPECT_EQ(segment.userDataValue(), word);
+        EXPECT_EQ(original.internalSetClsId(id), 0);
+        original.setUserData(word);
+        EXPECT_EQ(original.internalGetClsId(), id);
+        EXPECT_EQ(original.user(), word);
     }
-}
-
-TEST(TsObject, CopiesCarryAllThreeFields)
-{
-    int destroyed = 0;
-    Segment original(&destroyed);
-    original.internalSetClsId(0xA11);
-    original.setUserData(-5'000'000'000'000);
     for (int i = 0; i < 3; ++i)
         original.internalAddRef();
-
+    // The copy and the assignment carry all three fields, the count too, not a fresh 0.
     Segment copied(original);
-    EXPECT_EQ(copied.getReferenceCount(), 3u);  // the count too, not a fresh 0
-    EXPECT_EQ(copied.internalGetClsId(), 0xA11u);
-    EXPECT_EQ(copied.userDataValue(), -5'000'000'000'000);
-
-    Segment assigned(&destroyed);
     assigned.internalSetClsId(1);
     assigned.setUserData(1);
     assigned.internalAddRef();
     assigned = original;
-    EXPECT_EQ(assigned.getReferenceCount(), 3u);
-    EXPECT_EQ(assigned.internalGetClsId(), 0xA11u);
-    EXPECT_EQ(assigned.userDataValue(), -5'000'000'000'000);
-
-    // The copies count on their own from there.
-    copied.internalRelease();
+    for (Segment *s : {&copied, &assigned}) {
+        EXPECT_EQ(s->getReferenceCount(), 3u);
+        EXPECT_EQ(s->internalGetClsId(), 0xA11u);
+        EXPECT_EQ(s->user(), -5'000'000'000'000);
+    }
+    copied.internalRelease();  // the copies count on their own from there
     EXPECT_EQ(original.getReferenceCount(), 3u);
     EXPECT_EQ(copied.getReferenceCount(), 2u);
-    EXPECT_EQ(destroyed, 0);
-}
-
-TEST(TsObject, SharedSegmentIsDeletedOnceByItsLastOwner)
-{
-    int destroyed = 0;
-    auto *segment = new Segment(&destroyed);
-    {
-        Hold station1(segment);
-        std::vector<Hold> stations(4, station1);  // five holds in all
-        EXPECT_EQ(segment->getReferenceCount(), 5u);
-        stations.pop_back();
-        stations.pop_back();
-        EXPECT_EQ(segment->getReferenceCount(), 3u);
-        stations.clear();
-        EXPECT_EQ(segment->getReferenceCount(), 1u);
-        EXPECT_EQ(destroyed, 0);
-    }
-    EXPECT_EQ(destroyed, 1);
 }
 
 TEST(TsObject, LayoutAndSlotOrder)
@@ -177,46 +108,23 @@ TEST(TsObject, LayoutAndSlotOrder)
     Segment segment(&destroyed);
     // The table of virtual operations first, then the three fields in order.
     EXPECT_EQ(sizeof(TsObject), 24u);
-    EXPECT_EQ(segment.offsetOfCount(), 8);
-    EXPECT_EQ(segment.offsetOfClassId(), 12);
-    EXPECT_EQ(segment.offsetOfUserData(), 16);
+    EXPECT_EQ(segment.offsets(), (std::array<std::ptrdiff_t, 3>{8, 12, 16}));
 #if defined(__x86_64__)
-    // A pointer to a virtual member holds 1 + the byte offset of its slot in
-    // the table (Itanium C++ ABI), so the slots can be read off in order.
+    // A pointer to a virtual member holds 1 + the byte offset of its slot (Itanium C++ ABI).
     const auto slotOf = [](auto member) {
         std::ptrdiff_t raw = 0;
         std::memcpy(&raw, &member, sizeof raw);
         return (raw - 1) / static_cast<std::ptrdiff_t>(sizeof(void *));
     };
-    EXPECT_EQ(slotOf(&Segment::getReferenceCount), 0);
-    EXPECT_EQ(slotOf(&Segment::internalRelease), 1);
-    EXPECT_EQ(slotOf(&Segment::internalAddRef), 2);
-    EXPECT_EQ(slotOf(&Segment::internalGetClsId), 3);
-    EXPECT_EQ(slotOf(&Segment::internalSetClsId), 4);
-    EXPECT_EQ(slotOf(&Segment::setUserData), 5);
-    EXPECT_EQ(slotOf(&Segment::getUserData), 6);
+    EXPECT_EQ(
+        (std::array<std::ptrdiff_t, 7>{slotOf(&Segment::getReferenceCount), slotOf(&Segment::internalRelease),
+                                       slotOf(&Segment::internalAddRef), slotOf(&Segment::internalGetClsId),
+                                       slotOf(&Segment::internalSetClsId), slotOf(&Segment::setUserData),
+                                       slotOf(&Segment::getUserData)}),
+        (std::array<std::ptrdiff_t, 7>{0, 1, 2, 3, 4, 5, 6}));
 #else
     GTEST_SKIP() << "slot offsets are read in the x86-64 encoding of member pointers";
 #endif
-}
-
-TEST(TsObject, CountingWritesNoTraceFile)
-{
-    // The trace switch is off, so counting leaves the working directory as it was.
-    namespace fs = std::filesystem;
-    const fs::path trace = "counter.log";
-    const bool existed = fs::exists(trace);
-    const auto sizeBefore = existed ? fs::file_size(trace) : 0;
-    int destroyed = 0;
-    Segment segment(&destroyed);
-    for (int i = 0; i < 10; ++i) {
-        segment.internalAddRef();
-        segment.internalRelease();
-    }
-    EXPECT_EQ(fs::exists(trace), existed);
-    if (existed) {
-        EXPECT_EQ(fs::file_size(trace), sizeBefore);
-    }
 }
 
 }  // namespace
