@@ -182,8 +182,33 @@ Band bandOf(const Ray &ray, const dpoint2d &v, double tol) noexcept
     return offset > 0.0 ? Band::Above : Band::Below;
 }
 
-// Steps 3 and 4: one event per edge that meets the band. A vertex in the band
-// counts as lying below the line, so each passage through it counts once.
+// The event of an edge from p to q against the band, or false for none.
+// A vertex in the band counts as lying below the line, so each passage
+// through the line counts once. tLast is the t last computed (that of p when
+// p is in the band) and takes the t of the event.
+bool edgeEvent(const Ray &ray, const dpoint2d &p, const dpoint2d &q, Band bandP, Band bandQ, double &tLast,
+               EventKind &kind) noexcept
+{
+    if (bandP == bandQ && bandP != Band::In) return false;  // wholly on one side
+    if (bandP == Band::In && bandQ == Band::Below) return false;
+    kind = EventKind::Crossing;
+    if (bandP == Band::In && bandQ == Band::Above) return true;  // leaves at p
+    if (bandP != Band::In && bandQ != Band::In) {
+        // Crosses from one side to the other: where the edge meets the line.
+        const double du = (q.y - p.y) * ray.u.x - (q.x - p.x) * ray.u.y;
+        tLast = ((p.x - ray.a.x) * (q.y - p.y) - (p.y - ray.a.y) * (q.x - p.x)) / du;
+        return true;
+    }
+    tLast = ray.signedDistance(q);
+    if (bandP == Band::In)
+        kind = EventKind::Along;
+    else if (bandP == Band::Below)
+        kind = EventKind::Touch;
+    return true;
+}
+
+// Steps 3 and 4: vertex 0 opens an entry when it lies in the band; then one
+// event per edge, the last edge falling on that entry when it ends in the band.
 bool collectEvents(const Ray &ray, const dpoint2d *pts, std::int32_t n, double tol, EventTable &ev) noexcept
 {
     double tLast = 0.0;
@@ -193,27 +218,15 @@ bool collectEvents(const Ray &ray, const dpoint2d *pts, std::int32_t n, double t
         if (!utmat_InsererEvenementContour(tLast, EventKind::Touch, EventAction::Open, ev)) return false;
     }
     for (std::int32_t i = 0; i + 1 < n; ++i) {
-        const dpoint2d &p = pts[i];
-        const dpoint2d &q = pts[i + 1];
-        const Band bandQ = bandOf(ray, q, tol);
-        const Band passing = bandP;
-        bandP = bandQ;
-        if (passing == bandQ && passing != Band::In) continue;
-        const EventAction action =
-            i + 1 == n - 1 && bandQ == Band::In ? EventAction::Close : EventAction::Insert;
+        const Band bandQ = bandOf(ray, pts[i + 1], tol);
         EventKind kind = EventKind::Crossing;
-        if (passing == Band::In && bandQ == Band::Below) continue;
-        if (passing == Band::In && bandQ == Band::Above) {
-            kind = EventKind::Crossing;
-        } else if (passing != Band::In && bandQ != Band::In) {
-            const double du = (q.y - p.y) * ray.u.x - (q.x - p.x) * ray.u.y;
-            tLast = ((p.x - ray.a.x) * (q.y - p.y) - (p.y - ray.a.y) * (q.x - p.x)) / du;
-        } else {
-            tLast = ray.signedDistance(q);
-            kind = passing == Band::In ? EventKind::Along
-                                       : (passing == Band::Below ? EventKind::Touch : EventKind::Crossing);
-        }
-        if (!utmat_InsererEvenementContour(tLast, kind, action, ev)) return false;
+        const bool event = edgeEvent(ray, pts[i], pts[i + 1], bandP, bandQ, tLast, kind);
+        bandP = bandQ;
+        if (!event) continue;
+        const bool closing = i + 1 == n - 1 && bandQ == Band::In;
+        if (!utmat_InsererEvenementContour(tLast, kind, closing ? EventAction::Close : EventAction::Insert,
+                                           ev))
+            return false;
     }
     return true;
 }
