@@ -137,6 +137,17 @@ TEST(Segment, ContourCutByVertical)
         expectPts(take(left, n1), r.left, "left");
         expectPts(take(right, n2), r.right, "right");
     }
+    // A C opening right meets x = 4 four times: (4,0), (4,1), (4,3), (4,4). Only the
+    // first and last contacts bound each side, so the left outline skips the C's
+    // arms and the right one keeps them whole.
+    const Pts c{{0, 0}, {6, 0}, {6, 1}, {2, 1}, {2, 3}, {6, 3}, {6, 4}, {0, 4}, {0, 0}};
+    dpoint2d *left = nullptr, *right = nullptr;
+    int32_t n1 = 0, n2 = 0;
+    UTMAT_SegmenterContourParVerticale(c.data(), 9, 4, &left, &n1, &right, &n2);
+    expectPts(take(left, n1), {{4, 0}, {0, 0}, {0, 4}, {4, 4}, {4, 0}}, "left of C");
+    expectPts(take(right, n2),
+              {{4, 0}, {6, 0}, {6, 1}, {4, 1}, {2, 1}, {2, 3}, {4, 3}, {6, 3}, {6, 4}, {4, 4}, {4, 0}},
+              "right of C");
 }
 
 TEST(Segment, PointInContour)
@@ -154,7 +165,7 @@ TEST(Segment, PointInContour)
         {&kSquare, {2, 0}, -1}, {&kSquare, {4, 2}, -2}, {&kSquare, {0, 2}, -4},  // closing edge
         {&kSquare, {0, 0}, -1}, {&kSquare, {4, 4}, -2}, {&kSquare, {2, 4.0005}, -3},
         {&kSquare, {2, 5}, 2},  {&notch, {1, 2}, 1},    {&spike, {1, 2}, 1},
-        {&notch, {4, 3}, 2},  {&spike, {2, 1}, 2},  // just below the spike's left edge
+        {&notch, {4, 3}, 2},    {&spike, {2, 1}, 2},  // just below the spike's left edge
     };
     for (const Row &r : rows) {
         int32_t pos = 0;
