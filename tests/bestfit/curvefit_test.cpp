@@ -1,7 +1,6 @@
 // Curve fits: circles through three points against worked circles, a circle
-// adjusted to points surveyed on a roundabout kerb against the geometric
-// (orthogonal distance) fit computed here, and vertical curves adjusted to
-// levels against least squares solved by hand.
+// adjusted to a roundabout kerb against the geometric fit computed here, and
+// vertical curves adjusted to levels against least squares solved by hand.
 #include <tessar/bestfit.h>
 
 #include <gtest/gtest.h>
@@ -25,15 +24,12 @@ std::vector<double> cramer3(const double m[3][3], const double r[3])
     std::vector<double> s(3);
     for (int c = 0; c < 3; ++c) {
         double k[3][3];
-        for (int i = 0; i < 3; ++i)
-            for (int j = 0; j < 3; ++j)
-                k[i][j] = j == c ? r[i] : m[i][j];
+        for (int i = 0; i < 9; ++i)
+            k[i / 3][i % 3] = i % 3 == c ? r[i / 3] : m[i / 3][i % 3];
         s[c] = det(k) / det(m);
     }
     return s;
 }
-
-/* ---- Circle through three points ---- */
 
 TEST(CurveFit, CircleThroughThreePoints)
 {
@@ -49,35 +45,28 @@ TEST(CurveFit, CircleThroughThreePoints)
         {0, 0, 1, 0, 2, 1e-10, kFail, 0, 7, 7, 0},       // determinant 1e-10, below the fixed limit
     };
     for (const Row &t : rows) {
-        SCOPED_TRACE(testing::Message()
-                     << t.x1 << "," << t.y1 << " " << t.x2 << "," << t.y2 << " " << t.x3 << "," << t.y3);
+        SCOPED_TRACE(testing::Message() << t.x2 << "," << t.y2 << " " << t.x3 << "," << t.y3);
         // Failures: radius 0.0 and the centre untouched; the matrix form leaves all three.
         double cx = 7, cy = 7, r = 7;
         EXPECT_EQ(tsBestFit_horz3PtCurveCalc(&cx, &cy, &r, t.x1, t.y1, t.x2, t.y2, t.x3, t.y3), t.status);
-        EXPECT_NEAR(cx, t.cx, 1e-12);
-        EXPECT_NEAR(cy, t.cy, 1e-12);
-        EXPECT_NEAR(r, t.r, 1e-12);
+        EXPECT_TRUE(std::fabs(cx - t.cx) < 1e-12 && std::fabs(cy - t.cy) < 1e-12 &&
+                    std::fabs(r - t.r) < 1e-12);
         EXPECT_EQ(tsBestFit_horz3PtCurveCalc(nullptr, nullptr, &r, t.x1, t.y1, t.x2, t.y2, t.x3, t.y3),
                   t.status);
         cx = cy = r = 7;
         EXPECT_EQ(tsBestFit_horz3PtCurveCalcMatrix(&cx, &cy, &r, t.x1, t.y1, t.x2, t.y2, t.x3, t.y3),
                   t.matrixStatus);
         if (t.status == t.matrixStatus) {
-            EXPECT_NEAR(cx, t.cx, 1e-12);
-            EXPECT_NEAR(cy, t.cy, 1e-12);
-            EXPECT_NEAR(r, t.status == 0 ? t.r : 7.0, 1e-12);
+            EXPECT_TRUE(std::fabs(cx - t.cx) < 1e-12 && std::fabs(cy - t.cy) < 1e-12 &&
+                        std::fabs(r - (t.status == 0 ? t.r : 7.0)) < 1e-12);
         }
     }
 }
 
-/* ---- Circle adjusted to many points ---- */
-
-// A roundabout on a national grid: the island's kerb, radius 14 m, surveyed
-// at every 25 degrees over 300 degrees (the entry is not surveyed), exactly
-// and with a few millimetres of error. With equal sigmas the adjustment
-// weighs (d^2 - r^2) by 1 / (4 d^2), which is the geometric fit to second
-// order in the errors; that fit is computed here by Gauss-Newton on the
-// distances d_i - r. The outputs come as northing, easting, radius.
+// A roundabout island, radius 14 m on a national grid, surveyed every 25
+// degrees over 300, exactly and with millimetres of error. With equal sigmas
+// the adjustment is the geometric fit to second order in the errors; that fit
+// is computed here by Gauss-Newton on d_i - r. Outputs: northing, easting, radius.
 TEST(CurveFit, RoundaboutKerbAgainstTheGeometricFit)
 {
     const double cx0 = 512345.678, cy0 = 4123456.789, r0 = 14.0;
@@ -121,81 +110,61 @@ TEST(CurveFit, CircleFitDegenerateInputs)
     const std::vector<double> before = line;
     EXPECT_EQ(tsBestFit_horzCurveCalc(&y, &x, &r, 2, line.data()), kFail);
     EXPECT_EQ(tsBestFit_horzCurveCalc(&y, &x, &r, 4, line.data()), kFail);  // every triple collinear
-    EXPECT_EQ(y, 7.0);
-    EXPECT_EQ(x, 7.0);
-    EXPECT_EQ(r, 7.0);
+    EXPECT_TRUE(y == 7.0 && x == 7.0 && r == 7.0);
     EXPECT_EQ(line, before);
-
-    // The first triple is collinear, so the start circle comes from points
-    // 1, 2, 3; the four points lie on no one circle and are still fitted.
+    // The first triple is collinear, so the start circle comes from points 1, 2, 3.
     std::vector<double> bent{0, 0.01, 0, 0.01, 5, 0.01, 0, 0.01, 20, 0.01, 0, 0.01, 10, 0.01, 10, 0.01};
     EXPECT_EQ(tsBestFit_horzCurveCalc(&y, &x, &r, 4, bent.data()), 0);
     EXPECT_GT(r, 0.0);
 }
 
-/* ---- Vertical curve ---- */
-
-// A sag from -2 % to +3 % over 200 m starting at chainage 1000 m, level 50 m:
-// y = 50 - 0.02 (x - 1000) + 1.25e-4 (x - 1000)^2
-//   = 1.25e-4 x^2 - 0.27 x + 195 in the caller's chainages.
-double sag(double x)
+// Levels with millimetres of error (or none), chainages exact (sigma x = 0):
+// the fit is the ordinary least squares parabola, solved here in chainages
+// reduced to the first. The exact case is a sag -2 % to +3 % over 200 m
+// from chainage 1000, level 50: y = 1.25e-4 x^2 - 0.27 x + 195.
+TEST(CurveFit, VerticalCurveAgainstLeastSquares)
 {
-    return 50.0 - 0.02 * (x - 1000.0) + 1.25e-4 * (x - 1000.0) * (x - 1000.0);
-}
-
-TEST(CurveFit, ThreeLevelsOnAParabola)
-{
-    const std::vector<double> obs{1000,      0.0,   sag(1000), 0.001, 1100,      0.0,
-                                  sag(1100), 0.001, 1200,      0.0,   sag(1200), 0.001};
-    double a, b, c, g0, g1, L, k, se;
-    ASSERT_EQ(tsBestFit_vertCurveCalc(&a, &b, &c, &g0, &g1, &L, &k, &se, 3, obs.data()), 0);
-    EXPECT_NEAR(a, 1.25e-4, 1e-12);
-    EXPECT_NEAR(b, -0.27, 1e-9);
-    EXPECT_NEAR(c, 195.0, 1e-6);
-    EXPECT_NEAR(g0, -0.02, 1e-9);
-    EXPECT_NEAR(g1, 0.03, 1e-9);
-    EXPECT_EQ(L, 200.0);
-    EXPECT_NEAR(k, 2.5e-4, 1e-12);
-    EXPECT_LT(se, 1e-8);
-}
-
-// Levels of a crest every 10 m with a few millimetres of error, chainages
-// taken as exact (sigma x = 0): the fit is the ordinary least squares
-// parabola, solved here in chainages reduced to the first one.
-TEST(CurveFit, LevelsOfACrestAgainstLeastSquares)
-{
-    const int n = 15;
-    const double x0 = 2340.0;
-    std::vector<double> obs;
-    for (int i = 0; i < n; ++i) {
-        const double t = 10.0 * i;
-        obs.insert(obs.end(),
-                   {x0 + t, 0.0, 82.4 + 0.025 * t - 1.4e-4 * t * t + 0.004 * std::sin(1.9 * i), 0.005});
-    }
-    double m[3][3] = {}, rhs[3] = {};
-    for (int i = 0; i < n; ++i) {
-        const double t = obs[4 * i] - x0, row[3] = {t * t, t, 1.0};
-        for (int j = 0; j < 3; ++j) {
-            for (int k = 0; k < 3; ++k)
-                m[j][k] += row[j] * row[k];
-            rhs[j] += row[j] * obs[4 * i + 2];
+    const struct Row {
+        int n;
+        double x0, step, level, grade, half, noise, L;
+    } rows[] = {{3, 1000, 100, 50, -0.02, 1.25e-4, 0, 200}, {15, 2340, 10, 82.4, 0.025, -1.4e-4, 0.004, 140}};
+    for (const Row &t : rows) {
+        std::vector<double> obs;
+        for (int i = 0; i < t.n; ++i) {
+            const double d = t.step * i;
+            obs.insert(
+                obs.end(),
+                {t.x0 + d, 0.0, t.level + t.grade * d + t.half * d * d + t.noise * std::sin(1.9 * i), 0.005});
+        }
+        double m[3][3] = {}, rhs[3] = {};
+        for (int i = 0; i < t.n; ++i) {
+            const double d = obs[4 * i] - t.x0, row[3] = {d * d, d, 1.0};
+            for (int j = 0; j < 3; ++j) {
+                for (int k = 0; k < 3; ++k)
+                    m[j][k] += row[j] * row[k];
+                rhs[j] += row[j] * obs[4 * i + 2];
+            }
+        }
+        const std::vector<double> s = cramer3(m, rhs);  // y = s0 d^2 + s1 d + s2
+        double ssr = 0;
+        for (int i = 0; i < t.n; ++i) {
+            const double d = obs[4 * i] - t.x0;
+            ssr += std::pow(obs[4 * i + 2] - (s[0] * d * d + s[1] * d + s[2]), 2);
+        }
+        double a, b, c, g0, g1, L, k, se;
+        ASSERT_EQ(tsBestFit_vertCurveCalc(&a, &b, &c, &g0, &g1, &L, &k, &se, t.n, obs.data()), 0);
+        EXPECT_NEAR(a, s[0], 1e-12);
+        EXPECT_NEAR(k, 2 * s[0], 1e-12);
+        EXPECT_NEAR(g0, s[1], 1e-8);
+        EXPECT_NEAR(g1, s[1] + 2 * s[0] * t.L, 1e-8);
+        EXPECT_EQ(L, t.L);
+        EXPECT_NEAR(a * t.x0 * t.x0 + b * t.x0 + c, s[2], 1e-6);  // level at the first chainage
+        EXPECT_NEAR(se, std::sqrt(ssr) / t.n, 1e-8);
+        if (t.n == 3) {
+            EXPECT_TRUE(std::fabs(a - 1.25e-4) < 1e-12 && std::fabs(b + 0.27) < 1e-9 &&
+                        std::fabs(c - 195) < 1e-6);
         }
     }
-    const std::vector<double> s = cramer3(m, rhs);  // y = s0 t^2 + s1 t + s2
-    double ssr = 0;
-    for (int i = 0; i < n; ++i) {
-        const double t = obs[4 * i] - x0;
-        ssr += std::pow(obs[4 * i + 2] - (s[0] * t * t + s[1] * t + s[2]), 2);
-    }
-    double a, b, c, g0, g1, L, k, se;
-    ASSERT_EQ(tsBestFit_vertCurveCalc(&a, &b, &c, &g0, &g1, &L, &k, &se, n, obs.data()), 0);
-    EXPECT_NEAR(a, s[0], 1e-12);
-    EXPECT_NEAR(k, 2 * s[0], 1e-12);
-    EXPECT_NEAR(g0, s[1], 1e-8);
-    EXPECT_NEAR(g1, s[1] + 2 * s[0] * 140.0, 1e-8);
-    EXPECT_EQ(L, 140.0);
-    EXPECT_NEAR(a * x0 * x0 + b * x0 + c, s[2], 1e-6);  // level at the first chainage
-    EXPECT_NEAR(se, std::sqrt(ssr) / n, 1e-8);
 }
 
 TEST(CurveFit, VerticalCurveDegenerateInputs)
@@ -207,12 +176,10 @@ TEST(CurveFit, VerticalCurveDegenerateInputs)
     };
     // Too few: 1, as the affine transform fit answers, outputs untouched.
     EXPECT_EQ(fit(2, {100, 0, 5, 0.01, 110, 0, 5.2, 0.01}), 1);
-    for (double v : out)
-        EXPECT_EQ(v, 7.0);
+    EXPECT_EQ(std::vector<double>(out, out + 8), std::vector<double>(8, 7.0));
     // Every level at one chainage: no curve, all eight outputs 0.0.
     EXPECT_EQ(fit(4, {100, 0, 5, 0.01, 100, 0, 5.1, 0.01, 100, 0, 5.2, 0.01, 100, 0, 5.05, 0.01}), kFail);
-    for (double v : out)
-        EXPECT_EQ(v, 0.0);
+    EXPECT_EQ(std::vector<double>(out, out + 8), std::vector<double>(8, 0.0));
 }
 
 }  // namespace
