@@ -1,10 +1,7 @@
-// Point arrays and polygons: storage (overlapping moves, clones released
-// through the library, the rectangle over a diagonal), signed areas and
-// directions of rings (clockwise positive, no closing edge) against the
-// centroid (closing edge added), the exact crossing classifier at vertices,
-// edges, peaks, horizontal stretches and holes, the thinning filters, and a
-// parcel with hand-computed area and centroid. Expected values are worked by
-// hand beside each case.
+// Point arrays and polygons: storage, signed areas and directions (clockwise
+// positive, no closing edge) against the centroid (closing edge added), the
+// exact crossing classifier, the thinning filters, and a parcel. Expected
+// values are worked by hand beside each case.
 #include <tessar/memory.h>
 #include <tessar/pointarray.h>
 
@@ -12,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -19,6 +18,7 @@ namespace {
 constexpr int32_t kFail = 32768;
 
 using Ring = std::vector<dpoint3d>;
+using Flags = std::vector<int32_t>;
 
 Ring reversed(Ring ring)
 {
@@ -51,10 +51,25 @@ int32_t classify(const Ring &ring, double x, double y)
     return tsPointArray_isPointInsidePolygon(ring.data(), count(ring), &p);
 }
 
+dpoint3d centroid(const Ring &ring)
+{
+    dpoint3d c{9, 9, 9};
+    EXPECT_EQ(tsPointArray_getCentroid(ring.data(), count(ring), &c), 0);
+    return c;
+}
+
+std::vector<double> xsOf(const dpoint3d *p, int32_t n)
+{
+    std::vector<double> xs;
+    for (int32_t i = 0; i < n; ++i)
+        xs.push_back(p[i].x);
+    return xs;
+}
+
 // Clockwise: up the left side, along the top, down the right side.
 const Ring kClosedSquare = {{0, 0, 0}, {0, 1, 0}, {1, 1, 0}, {1, 0, 0}, {0, 0, 0}};
-// Side 2 around (2, 2), clockwise, not closed.
-const Ring kOpenSquare = {{1, 1, 0}, {1, 3, 0}, {3, 3, 0}, {3, 1, 0}};
+// Square 2..8, clockwise, not closed.
+const Ring kSquare = {{2, 2, 0}, {2, 8, 0}, {8, 8, 0}, {8, 2, 0}};
 
 TEST(PointArrayStorage, BadArgumentsGive32768)
 {
@@ -79,17 +94,13 @@ TEST(PointArrayStorage, BadArgumentsGive32768)
     EXPECT_EQ(tsPoint_computeConvexHull2d(), kFail);
 }
 
-TEST(PointArrayStorage, CopyMovesOverlappingRanges)
+TEST(PointArrayStorage, CopyCloneAndBlock)
 {
+    // Overlapping ranges are moved.
     dpoint3d p[5] = {{1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}, {5, 0, 0}};
     ASSERT_EQ(tsPoint_copyMultiple(p + 1, p, 4), 0);
-    const double xs[5] = {1, 1, 2, 3, 4};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(p[i].x, xs[i]) << i;
-}
+    EXPECT_EQ(xsOf(p, 5), (std::vector<double>{1, 1, 2, 3, 4}));
 
-TEST(PointArrayStorage, CloneSetZReverseAndFree)
-{
     const dpoint3d source[3] = {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
     dpoint3d *copy = nullptr;
     ASSERT_EQ(tsPointArray_clone(&copy, source, 3), 0);
@@ -106,14 +117,11 @@ TEST(PointArrayStorage, CloneSetZReverseAndFree)
     ASSERT_EQ(tsPoint_freeArray(&copy), 0);
     EXPECT_EQ(copy, nullptr);
     EXPECT_EQ(tsPointArray_free(&copy), 0);  // a cleared pointer is fine
-}
 
-TEST(PointArrayStorage, BlockFromDiagonalIsAClosedRectangle)
-{
+    // Each corner takes its z from the diagonal point whose y it shares.
     const dpoint3d p1{10, 20, 1}, p2{30, 25, 2};
     dpoint3d out[5];
     ASSERT_EQ(tsPoint_blockPointsFromDiagonal(out, &p1, &p2), out);
-    // Each corner takes its z from the diagonal point whose y it shares.
     const dpoint3d want[5] = {{10, 20, 1}, {30, 20, 1}, {30, 25, 2}, {10, 25, 2}, {10, 20, 1}};
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(out[i].x, want[i].x) << i;
@@ -124,9 +132,9 @@ TEST(PointArrayStorage, BlockFromDiagonalIsAClosedRectangle)
     EXPECT_EQ(signedArea(Ring(out, out + 5)), -100.0);
 }
 
-TEST(PolygonMeasures, ClockwiseRingsArePositive)
+TEST(PolygonMeasures, AreaDirectionAndCentroid)
 {
-    // Closed unit square: terms 0, 1, 1, 0, so 0.5 * 2 = 1.
+    // Closed unit square: terms 0, 1, 1, 0, so 0.5 * 2 = 1; clockwise positive.
     EXPECT_EQ(signedArea(kClosedSquare), 1.0);
     EXPECT_EQ(signedArea(reversed(kClosedSquare)), -1.0);
     for (const Ring &ring : {kClosedSquare, reversed(kClosedSquare)}) {
@@ -138,37 +146,24 @@ TEST(PolygonMeasures, ClockwiseRingsArePositive)
     EXPECT_EQ(direction(kClosedSquare), 1);
     EXPECT_EQ(direction(reversed(kClosedSquare)), 0);
     EXPECT_EQ(direction(Ring{{2, 2, 0}}), 1);
-    // Fewer than two points enclose nothing.
-    EXPECT_EQ(signedArea(Ring{{2, 2, 0}}), 0.0);
-}
+    EXPECT_EQ(signedArea(Ring{{2, 2, 0}}), 0.0);  // fewer than two points
 
-TEST(PolygonMeasures, OpenRingMissesTheClosingTermButNotTheCentroid)
-{
-    // Terms -2, 6, 6 without the closing (3,1)->(1,1) term of -2: 0.5 * 10.
-    EXPECT_EQ(signedArea(kOpenSquare), 5.0);
-    dpoint3d c{9, 9, 9};
-    EXPECT_EQ(tsPointArray_getCentroid(kOpenSquare.data(), count(kOpenSquare), &c), 0);
+    // Open square of side 2 around (2, 2): terms -2, 6, 6 without the
+    // closing term of -2 give 0.5 * 10; the centroid adds the closing edge.
+    const Ring open = {{1, 1, 0}, {1, 3, 0}, {3, 3, 0}, {3, 1, 0}};
+    EXPECT_EQ(signedArea(open), 5.0);
+    dpoint3d c = centroid(open);
     EXPECT_NEAR(c.x, 2.0, 1e-12);
     EXPECT_NEAR(c.y, 2.0, 1e-12);
     EXPECT_EQ(c.z, 0.0);
-}
-
-TEST(PolygonMeasures, CentroidOfASlantedQuadrilateralAndOfNothing)
-{
-    // A(0,0) B(0,30) C(40,40) D(50,0): triangles ABC (area 600, centroid
-    // (40/3, 70/3)) and ACD (area 1000, centroid (30, 40/3)); together 1600
-    // with centroid (38000/1600, (82000/3)/1600) = (23.75, 17.08333...).
-    const Ring quad = {{0, 0, 5}, {0, 30, 5}, {40, 40, 5}, {50, 0, 5}};
-    dpoint3d c{};
-    tsPointArray_getCentroid(quad.data(), count(quad), &c);
+    // Triangles (0,0)(0,30)(40,40), area 600, centroid (40/3, 70/3), and
+    // (0,0)(40,40)(50,0), area 1000, centroid (30, 40/3): (23.75, 82000/4800).
+    c = centroid({{0, 0, 5}, {0, 30, 5}, {40, 40, 5}, {50, 0, 5}});
     EXPECT_NEAR(c.x, 23.75, 1e-12);
     EXPECT_NEAR(c.y, 82000.0 / 4800.0, 1e-12);
     EXPECT_EQ(c.z, 0.0);
-
     // Out and back along a line: no area, so the centroid is the origin.
-    const Ring flat = {{1, 1, 7}, {2, 2, 7}, {3, 3, 7}};
-    c = {9, 9, 9};
-    tsPointArray_getCentroid(flat.data(), count(flat), &c);
+    c = centroid({{1, 1, 7}, {2, 2, 7}, {3, 3, 7}});
     EXPECT_EQ(c.x, 0.0);
     EXPECT_EQ(c.y, 0.0);
     EXPECT_EQ(c.z, 0.0);
@@ -187,8 +182,7 @@ TEST(PolygonClosing, NearlyClosedRingIsSnappedOpenRingGrows)
     EXPECT_EQ(n, 4);
     EXPECT_EQ(ring[3].x, 0.0);
     EXPECT_EQ(ring[3].z, 1.0);  // z included
-
-    ring[3] = {5, 0, 0};  // now open: the first point is appended
+    ring[3] = {5, 0, 0};        // now open: the first point is appended
     ASSERT_EQ(tsPointArray_closePolygon(&ring, &n, 0.02), 0);
     ASSERT_EQ(n, 5);
     EXPECT_EQ(ring[4].x, 0.0);
@@ -198,165 +192,98 @@ TEST(PolygonClosing, NearlyClosedRingIsSnappedOpenRingGrows)
     tsPointArray_free(&ring);
 }
 
-TEST(PointInPolygon, VerticesEdgesAndParity)
+TEST(PointInPolygon, Classifier)
 {
-    // Square 2..8, clockwise, and a diamond with slanted edges only.
-    const Ring square = {{2, 2, 0}, {2, 8, 0}, {8, 8, 0}, {8, 2, 0}};
     const Ring diamond = {{5, 1, 0}, {1, 5, 0}, {5, 9, 0}, {9, 5, 0}};
-    // A triangle whose apex lies on the ray's level.
-    const Ring peak = {{2, 2, 0}, {6, 8, 0}, {10, 2, 0}};
-    struct Row {
-        const char *name;
-        const Ring &ring;
-        double x, y;
-        int32_t want;
-    } rows[] = {
-        {"inside", square, 5, 5, 1},
-        {"left of it", square, 1, 5, 0},
-        {"right of it: two crossings", square, 9, 5, 0},
-        {"first vertex", square, 2, 2, 2},
-        {"top right vertex", square, 8, 8, 2},
-        {"on the top edge", square, 5, 8, 2},
-        {"on the left edge", square, 2, 5, 2},
-        {"on the right edge", square, 8, 5, 2},
-        {"above it", square, 5, 8.5, 0},
-        // The left slanted edge meets y = 3 at x = 5 - 2 = 3, not below 3,
-        // so no crossing; the right one at 9 - 2 = 7. On an edge, parity decides.
-        {"on the left slanted edge", diamond, 3, 3, 0},
-        {"on the right slanted edge", diamond, 7, 3, 1},
-        // The ray passes through the side vertices (1,5) and (9,5); each is
-        // counted once, by the edge that starts there.
-        {"right of the diamond, level with its side vertices", diamond, 12, 5, 0},
-        {"inside the diamond, level with its side vertices", diamond, 5, 5, 1},
-        // The apex is a peak: the ring touches the ray and is not counted.
-        {"level with the apex, right", peak, 12, 8, 0},
-        {"level with the apex, left", peak, 4, 8, 0},
-        {"inside the triangle", peak, 6, 4, 1},
+    const Ring peak = {{2, 2, 0}, {6, 8, 0}, {10, 2, 0}};  // apex on the ray's level
+    const Ring centred = {{-4, 0, 0}, {0, 4, 0}, {4, 0, 0}, {0, -4, 0}};
+    const Ring box = {{-2, -2, 0}, {-2, 2, 0}, {2, 2, 0}, {2, -2, 0}};
+    // Down the right side from y 20 to 10, along y = 10, on down to 0.
+    const Ring step = {{10, 0, 0}, {10, 20, 0}, {30, 20, 0}, {30, 10, 0}, {50, 10, 0}, {50, 0, 0}};
+    // A notch from the top with its floor at y = 10.
+    const Ring notch = {{10, 0, 0},  {10, 20, 0}, {20, 20, 0}, {20, 10, 0},
+                        {30, 10, 0}, {30, 20, 0}, {40, 20, 0}, {40, 0, 0}};
+    // Outer square 10..20 clockwise, a bridge to a hole 13..17 walked the
+    // other way, and back along the bridge by the closing edge.
+    const Ring withHole = {{10, 10, 0}, {10, 20, 0}, {20, 20, 0}, {20, 10, 0}, {10, 10, 0},
+                           {13, 13, 0}, {17, 13, 0}, {17, 17, 0}, {13, 17, 0}, {13, 13, 0}};
+    // Per ring: x, y and the expected class, three values a point.
+    const std::pair<const Ring *, std::vector<double>> rows[] = {
+        // Inside, left, right (two crossings), vertices, edges, above.
+        {&kSquare, {5, 5, 1, 1, 5, 0, 9, 5, 0, 2, 2, 2, 8, 8, 2, 5, 8, 2, 2, 5, 2, 8, 5, 2, 5, 8.5, 0}},
+        // On a slanted edge parity decides: at y = 3 the left edge is at x = 3
+        // (not below 3, no crossing), the right at 7. Side vertices on the ray
+        // count once, by the edge that starts there.
+        {&diamond, {3, 3, 0, 7, 3, 1, 12, 5, 0, 5, 5, 1}},
+        // The apex is a peak: it touches the ray and is not counted.
+        {&peak, {12, 8, 0, 4, 8, 0, 6, 4, 1}},
+        // A crossing test of a non-horizontal edge spanning y at the point's
+        // own x = 0.0 gives the boundary, inside or outside alike.
+        {&centred, {0.0, 1.0, 2}},
+        {&box, {0.0, 1.0, 2, 1e-300, 1.0, 1}},
+        {&kSquare, {0.0, 5.0, 2, 0.0, 9.0, 0}},
+        // A stretch passed through counts once (crossings 10, 50 from x 60);
+        // a notch floor touched and turned back from counts with its next edge.
+        {&step, {60, 10, 0, 20, 10, 1, 40, 10, 2}},
+        {&notch, {50, 10, 0, 35, 10, 1, 15, 10, 1, 25, 15, 0}},
+        // Hole: crossings 10, 13 / 10 / 10, 13, 17; its edge and corner.
+        {&withHole, {15, 15, 0, 11.5, 15, 1, 18.5, 15, 1, 13, 15, 2, 17, 13, 2}},
     };
-    for (const Row &r : rows)
-        EXPECT_EQ(classify(r.ring, r.x, r.y), r.want) << r.name;
+    for (const auto &[ring, values] : rows)
+        for (size_t i = 0; i + 2 < values.size(); i += 3)
+            EXPECT_EQ(classify(*ring, values[i], values[i + 1]), static_cast<int32_t>(values[i + 2]))
+                << values[i] << ", " << values[i + 1];
+    // Outer 100 less the hole's 16; the bridge, out and back, adds nothing.
+    EXPECT_EQ(signedArea(withHole), 84.0);
 
     const dpoint3d p{5, 5, 0};
     EXPECT_EQ(tsPointArray_isPointInsidePolygon(nullptr, 4, &p), 0);
-    EXPECT_EQ(tsPointArray_isPointInsidePolygon(square.data(), 4, nullptr), 0);
-    EXPECT_EQ(tsPoint_isInsidePolygon(&p, square.data(), 4), 1);
-}
-
-// The crossing test of any edge that is not horizontal looks at the point's
-// own x: x = 0.0 gives the boundary once such an edge spans the point's y,
-// whether the point lies inside or outside. Vertical edges reach that test
-// too (they cross at their own x).
-TEST(PointInPolygon, PointsWithXZeroReachingACrossingAreOnTheBoundary)
-{
-    const Ring diamond = {{-4, 0, 0}, {0, 4, 0}, {4, 0, 0}, {0, -4, 0}};
-    const Ring square = {{-2, -2, 0}, {-2, 2, 0}, {2, 2, 0}, {2, -2, 0}};
-    const Ring farSquare = {{2, 2, 0}, {2, 8, 0}, {8, 8, 0}, {8, 2, 0}};
-    EXPECT_EQ(classify(diamond, 0.0, 1.0), 2);
-    EXPECT_EQ(classify(square, 0.0, 1.0), 2);
-    EXPECT_EQ(classify(farSquare, 0.0, 5.0), 2);  // outside, all the same
-    EXPECT_EQ(classify(farSquare, 0.0, 9.0), 0);  // no edge spans y = 9
-    EXPECT_EQ(classify(square, 1e-300, 1.0), 1);
-}
-
-TEST(PointInPolygon, HorizontalStretchesOnTheRay)
-{
-    // A step: down the right side from y 20 to 10, along y = 10, on down to
-    // 0. The ring passes through the stretch, which counts once (by the
-    // edge after it): from (60, 10) the crossings are x = 10 and x = 50.
-    const Ring step = {{10, 0, 0}, {10, 20, 0}, {30, 20, 0}, {30, 10, 0}, {50, 10, 0}, {50, 0, 0}};
-    // A notch from the top with its floor at y = 10: the ring touches the
-    // ray and turns back, so the floor and the edge after it both count.
-    const Ring notch = {{10, 0, 0},  {10, 20, 0}, {20, 20, 0}, {20, 10, 0},
-                        {30, 10, 0}, {30, 20, 0}, {40, 20, 0}, {40, 0, 0}};
-    EXPECT_EQ(classify(step, 60, 10), 0);
-    EXPECT_EQ(classify(step, 20, 10), 1);
-    EXPECT_EQ(classify(step, 40, 10), 2);   // on the stretch
-    EXPECT_EQ(classify(notch, 50, 10), 0);  // crossings 10, floor, 30, 40
-    EXPECT_EQ(classify(notch, 35, 10), 1);  // crossings 10, floor, 30
-    EXPECT_EQ(classify(notch, 15, 10), 1);  // crossing 10
-    EXPECT_EQ(classify(notch, 25, 15), 0);  // in the notch
-}
-
-TEST(PointInPolygon, HoleReachedByABridge)
-{
-    // Outer square 10..20 clockwise, then a bridge to a hole 13..17 walked
-    // the other way, and back along the bridge by the closing edge.
-    const Ring withHole = {{10, 10, 0}, {10, 20, 0}, {20, 20, 0}, {20, 10, 0}, {10, 10, 0},
-                           {13, 13, 0}, {17, 13, 0}, {17, 17, 0}, {13, 17, 0}, {13, 13, 0}};
-    EXPECT_EQ(classify(withHole, 15, 15), 0);    // crossings 10, 13
-    EXPECT_EQ(classify(withHole, 11.5, 15), 1);  // crossing 10
-    EXPECT_EQ(classify(withHole, 18.5, 15), 1);  // crossings 10, 13, 17
-    EXPECT_EQ(classify(withHole, 13, 15), 2);    // on the hole's edge
-    EXPECT_EQ(classify(withHole, 17, 13), 2);    // a corner of the hole
-    // Outer area 100 less the hole's 16; the bridge, out along the diagonal
-    // and back by the (missing) closing edge, adds nothing.
-    EXPECT_EQ(signedArea(withHole), 84.0);
+    EXPECT_EQ(tsPointArray_isPointInsidePolygon(kSquare.data(), 4, nullptr), 0);
+    EXPECT_EQ(tsPoint_isInsidePolygon(&p, kSquare.data(), 4), 1);
 }
 
 TEST(PointInPolygon, WholeArrays)
 {
-    const Ring square = {{2, 2, 0}, {2, 8, 0}, {8, 8, 0}, {8, 2, 0}};
-    struct Row {
-        const char *name;
-        Ring points;
-        int32_t want;
-    } rows[] = {
-        {"all inside", {{3, 3, 0}, {4, 4, 0}}, 1},
-        {"inside and on the boundary", {{3, 3, 0}, {2, 5, 0}}, 1},
-        {"all outside", {{1, 1, 0}, {9, 9, 0}}, 0},
-        {"mixed", {{9, 9, 0}, {3, 3, 0}, {1, 1, 0}}, 2},
-    };
-    for (const Row &r : rows) {
+    // All inside, inside and on the boundary, all outside, mixed.
+    const std::pair<Ring, int32_t> rows[] = {{{{3, 3, 0}, {4, 4, 0}}, 1},
+                                             {{{3, 3, 0}, {2, 5, 0}}, 1},
+                                             {{{1, 1, 0}, {9, 9, 0}}, 0},
+                                             {{{9, 9, 0}, {3, 3, 0}, {1, 1, 0}}, 2}};
+    for (const auto &[points, want] : rows) {
         int32_t result = 7;
-        EXPECT_EQ(
-            tsPointArray_isArrayWithinPolygon(&result, r.points.data(), count(r.points), square.data(), 4),
-            0);
-        EXPECT_EQ(result, r.want) << r.name;
+        EXPECT_EQ(tsPointArray_isArrayWithinPolygon(&result, points.data(), count(points), kSquare.data(), 4),
+                  0);
+        EXPECT_EQ(result, want);
     }
     int32_t result = 7;
-    EXPECT_EQ(tsPointArray_isArrayWithinPolygon(nullptr, square.data(), 1, square.data(), 4), kFail);
-    EXPECT_EQ(tsPointArray_isArrayWithinPolygon(&result, nullptr, 1, square.data(), 4), kFail);
+    EXPECT_EQ(tsPointArray_isArrayWithinPolygon(nullptr, kSquare.data(), 1, kSquare.data(), 4), kFail);
+    EXPECT_EQ(tsPointArray_isArrayWithinPolygon(&result, nullptr, 1, kSquare.data(), 4), kFail);
     EXPECT_EQ(result, -1);
     result = 7;
-    EXPECT_EQ(tsPointArray_isArrayWithinPolygon(&result, square.data(), 1, square.data(), 0), kFail);
+    EXPECT_EQ(tsPointArray_isArrayWithinPolygon(&result, kSquare.data(), 1, kSquare.data(), 0), kFail);
     EXPECT_EQ(result, -1);
-}
-
-std::vector<double> xsOf(const dpoint3d *p, int32_t n)
-{
-    std::vector<double> xs;
-    for (int32_t i = 0; i < n; ++i)
-        xs.push_back(p[i].x);
-    return xs;
 }
 
 TEST(Thinning, RedundantPointsCollapseOntoTheLastKept)
 {
-    struct Row {
-        const char *name;
-        std::vector<double> xs;
-        bool withReference;  // a reference at x = 0
-        std::vector<double> kept;
-    } rows[] = {
-        // 0.6 apart: the second is near the first, the third 1.2 from it.
-        {"three points 0.6 apart", {0.0, 0.6, 1.2}, false, {0.0, 1.2}},
-        // Compared with the kept point, not the neighbour; a distance equal
-        // to the tolerance is near.
-        {"creeping run", {0.0, 0.5, 1.0, 1.5, 2.0, 2.5}, false, {0.0, 1.5}},
-        {"first point near the reference", {0.5, 1.5, 2.0}, true, {1.5}},
-        {"nothing near", {0.0, 2.0, 4.0}, false, {0.0, 2.0, 4.0}},
-    };
-    for (const Row &r : rows) {
+    // Tolerance 1: compared with the kept point, not the neighbour; a
+    // distance equal to the tolerance is near.
+    const std::tuple<std::vector<double>, bool, std::vector<double>> rows[] = {
+        {{0.0, 0.6, 1.2}, false, {0.0, 1.2}},
+        {{0.0, 0.5, 1.0, 1.5, 2.0, 2.5}, false, {0.0, 1.5}},
+        {{0.5, 1.5, 2.0}, true, {1.5}},  // first point near the reference at x = 0
+        {{0.0, 2.0, 4.0}, false, {0.0, 2.0, 4.0}}};
+    for (const auto &[xs, withReference, want] : rows) {
         std::vector<dpoint3d> p;
-        for (double x : r.xs)
+        for (double x : xs)
             p.push_back({x, 0.0, x});
         const dpoint3d reference{0.0, 0.0, 0.0};
         int32_t kept = -1;
-        ASSERT_EQ(tsPoint_removeRedundantPointsFromArray(
-                      &kept, p.data(), r.withReference ? &reference : nullptr, count(p), 1.0),
+        ASSERT_EQ(tsPoint_removeRedundantPointsFromArray(&kept, p.data(),
+                                                         withReference ? &reference : nullptr, count(p), 1.0),
                   0);
-        EXPECT_EQ(xsOf(p.data(), kept), r.kept) << r.name;
-        EXPECT_EQ(p[0].z, p[0].x) << r.name;  // whole records move
+        EXPECT_EQ(xsOf(p.data(), kept), want);
+        EXPECT_EQ(p[0].z, p[0].x);  // whole records move
     }
     dpoint3d one{0, 0, 0};
     EXPECT_EQ(tsPointArray_removeRedundantPoints(&one, nullptr, 1, nullptr, 1.0), 0);
@@ -374,37 +301,31 @@ TEST(Thinning, CollinearPointsLeaveTheCorners)
     EXPECT_EQ(tsPointArray_removeCoLinearPoints2d(line.data(), &kept, count(line), 1e-6), 0);
     ASSERT_EQ(kept, 2);
     EXPECT_EQ(line[1].x, 100.0 + 3.0 * 199);
-
-    // Along the x axis to (3,0), then up to (3,3). The chord (0,0)-(3,1)
-    // leaves (1,0) at 1/sqrt(10), so (3,0) becomes the anchor.
+    // Along x to (3,0), then up to (3,3): the chord (0,0)-(3,1) leaves (1,0)
+    // at 1/sqrt(10), so (3,0) becomes the anchor.
     std::vector<dpoint3d> corner = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0},
                                     {3, 1, 0}, {3, 2, 0}, {3, 3, 0}};
     EXPECT_EQ(tsPointArray_removeCoLinearPoints2d(corner.data(), &kept, count(corner), 0.01), 0);
     ASSERT_EQ(kept, 3);
     EXPECT_EQ(xsOf(corner.data(), 3), (std::vector<double>{0, 3, 3}));
     EXPECT_EQ(corner[2].y, 3.0);
-
     // A wiggle of 0.05 stays within 0.1 and goes; at 0.01 it stays.
     for (const auto &[tolerance, want] : {std::pair{0.1, 2}, std::pair{0.01, 3}}) {
         std::vector<dpoint3d> wiggle = {{0, 0, 0}, {5, 0.05, 0}, {10, 0, 0}};
-        kept = -1;
         tsPointArray_removeCoLinearPoints2d(wiggle.data(), &kept, 3, tolerance);
         EXPECT_EQ(kept, want) << tolerance;
     }
-
-    // Fewer than three points: nothing is written, not even the count.
+    // Fewer than three points, or none: nothing is written, not even the count.
     kept = -1;
     EXPECT_EQ(tsPointArray_removeCoLinearPoints2d(line.data(), &kept, 2, 1.0), 0);
-    EXPECT_EQ(kept, -1);
     EXPECT_EQ(tsPointArray_removeCoLinearPoints2d(nullptr, &kept, 5, 1.0), 0);
     EXPECT_EQ(kept, -1);
 }
 
 // Flags: 1 the point may go, 0 it stays.
-std::vector<int32_t> filter(const Ring &section, const std::vector<int32_t> &fixed, const double *horizontal,
-                            double vertical)
+Flags filter(const Ring &section, const Flags &fixed, const double *horizontal, double vertical)
 {
-    std::vector<int32_t> flags(section.size(), 9);
+    Flags flags(section.size(), 9);
     EXPECT_EQ(tsPointArray_filterByHorVerTolerance2d(flags.data(), section.data(),
                                                      fixed.empty() ? nullptr : fixed.data(), count(section),
                                                      horizontal, &vertical),
@@ -414,7 +335,6 @@ std::vector<int32_t> filter(const Ring &section, const std::vector<int32_t> &fix
 
 TEST(SectionFilter, VerticalAndHorizontalTolerances)
 {
-    using Flags = std::vector<int32_t>;
     const Ring level = {{0, 0, 0}, {10, 0, 0}, {20, 0, 0}, {30, 0, 0}};
     const double near = 15.0, far = 5.0;
     EXPECT_EQ(filter(level, {}, nullptr, 0.01), (Flags{0, 1, 1, 0}));
@@ -423,48 +343,31 @@ TEST(SectionFilter, VerticalAndHorizontalTolerances)
     EXPECT_EQ(filter(level, {}, &far, 0.01), (Flags{0, 0, 0, 0}));
     EXPECT_EQ(filter(level, {}, &near, 0.01), (Flags{0, 1, 1, 0}));
     EXPECT_EQ(filter(level, {0, 0, 1, 0}, nullptr, 0.01), (Flags{0, 1, 0, 0}));
-    // A vertical tolerance of 0.0 keeps every point.
-    EXPECT_EQ(filter(level, {}, nullptr, 0.0), (Flags{0, 0, 0, 0}));
+    EXPECT_EQ(filter(level, {}, nullptr, 0.0), (Flags{0, 0, 0, 0}));  // 0.0 keeps every point
+    // Crest: (10,0) is 10/sqrt(401) = 0.4994 from (0,0)-(20,1) and goes; the
+    // crest is 1.0 above (0,0)-(30,0); (30,0) is 0.4994 from (20,1)-(40,0).
+    EXPECT_EQ(filter({{0, 0, 0}, {10, 0, 0}, {20, 1, 0}, {30, 0, 0}, {40, 0, 0}}, {}, nullptr, 0.5),
+              (Flags{0, 1, 0, 1, 0}));
+    // (10,0.4) goes; (20,0) is 0.2666 from (0,0)-(30,-0.4), and 0.4 + 0.2666
+    // reaches 0.5, so (10,0.4) is weighed again (0.5333 from that chord):
+    // (20,0) stays, (10,0.4) keeps its mark; (30,-0.4) is 0.4 off and goes.
+    EXPECT_EQ(filter({{0, 0, 0}, {10, 0.4, 0}, {20, 0, 0}, {30, -0.4, 0}, {40, 0, 0}}, {}, nullptr, 0.5),
+              (Flags{0, 1, 0, 1, 0}));
+    // All within 0.5 of (0,0)-(40,0) go, though the running sum passes 0.5.
+    EXPECT_EQ(filter({{0, 0, 0}, {10, 0.3, 0}, {20, 0, 0}, {30, 0.4, 0}, {40, 0, 0}}, {}, nullptr, 0.5),
+              (Flags{0, 1, 1, 1, 0}));
+    // Doubling back to x = 1: running sum 0.48 + 0.03 reaches 0.5; walking
+    // back (20,0) stands for 0.03 and is not measured again (it lies 0.5997
+    // off) and goes; (10,0.48) stands for 0.51, measures 0.18 and goes.
+    EXPECT_EQ(filter({{0, 0, 0}, {10, 0.48, 0}, {20, 0, 0}, {1, 0, 0}, {30, 0.9, 0}}, {}, nullptr, 0.5),
+              (Flags{0, 1, 1, 1, 0}));
 
-    // A crest of 1.0 at x = 20. (10,0) lies 10/sqrt(401) = 0.4994 from the
-    // chord (0,0)-(20,1) and goes; the crest stands 1.0 above (0,0)-(30,0)
-    // and stays; (30,0) lies 0.4994 from (20,1)-(40,0) and goes.
-    const Ring crest = {{0, 0, 0}, {10, 0, 0}, {20, 1, 0}, {30, 0, 0}, {40, 0, 0}};
-    EXPECT_EQ(filter(crest, {}, nullptr, 0.5), (Flags{0, 1, 0, 1, 0}));
-
-    // (10,0.4) goes (0.4 from (0,0)-(20,0)). (20,0) lies 8/30.0027 = 0.2666
-    // from (0,0)-(30,-0.4), but 0.4 + 0.2666 reaches 0.5, so (10,0.4) is
-    // weighed again: 16/30.0027 = 0.5333 from that chord, so it must stay,
-    // and (20,0) stays in its place; (10,0.4) keeps its removal mark.
-    // (30,-0.4) then lies 0.4 from (20,0)-(40,0) and goes.
-    const Ring zigzag = {{0, 0, 0}, {10, 0.4, 0}, {20, 0, 0}, {30, -0.4, 0}, {40, 0, 0}};
-    EXPECT_EQ(filter(zigzag, {}, nullptr, 0.5), (Flags{0, 1, 0, 1, 0}));
-
-    // Every point within 0.5 of the chord (0,0)-(40,0): all go, though the
-    // running sum passes 0.5 on the way.
-    const Ring gentle = {{0, 0, 0}, {10, 0.3, 0}, {20, 0, 0}, {30, 0.4, 0}, {40, 0, 0}};
-    EXPECT_EQ(filter(gentle, {}, nullptr, 0.5), (Flags{0, 1, 1, 1, 0}));
-
-    // A section that doubles back to x = 1. (10,0.48) and (20,0) go, with
-    // running sum 0.48; (1,0) lies 0.9/30.0135 = 0.03 from (0,0)-(30,0.9),
-    // and 0.48 + 0.03 reaches 0.5. Walking back, (20,0) stands for 0.0 +
-    // 0.03, below 0.5, so it is not measured again (it lies 0.5997 from the
-    // new chord) and goes; (10,0.48) stands for 0.51 and is measured: 0.18.
-    // Nothing behind stays, so (1,0) goes too.
-    const Ring back = {{0, 0, 0}, {10, 0.48, 0}, {20, 0, 0}, {1, 0, 0}, {30, 0.9, 0}};
-    EXPECT_EQ(filter(back, {}, nullptr, 0.5), (Flags{0, 1, 1, 1, 0}));
-}
-
-TEST(SectionFilter, DuplicatesAndBadArguments)
-{
-    using Flags = std::vector<int32_t>;
+    // A duplicate is dropped before weighing and reports 1; a fixed duplicate
+    // takes the place of the free point it repeats.
     const Ring twice = {{0, 0, 0}, {10, 0, 0}, {10, 5e-7, 0}, {20, 0, 0}};
-    // The duplicate is dropped before weighing and reports 1.
     EXPECT_EQ(filter(twice, {}, nullptr, 0.0), (Flags{0, 0, 1, 0}));
-    // A fixed duplicate takes the place of the free point it repeats.
     EXPECT_EQ(filter(twice, {0, 0, 1, 0}, nullptr, 0.0), (Flags{0, 1, 0, 0}));
     EXPECT_EQ(filter(twice, {0, 0, 1, 0}, nullptr, 1.0), (Flags{0, 1, 0, 0}));
-
     int32_t flags[4];
     const double vertical = 1.0;
     EXPECT_EQ(tsPointArray_filterByHorVerTolerance2d(nullptr, twice.data(), nullptr, 4, nullptr, &vertical),
@@ -472,10 +375,9 @@ TEST(SectionFilter, DuplicatesAndBadArguments)
     EXPECT_EQ(tsPointArray_filterByHorVerTolerance2d(flags, nullptr, nullptr, 4, nullptr, &vertical), kFail);
 }
 
-// A corner plot surveyed clockwise in a local grid: an L of 40 x 20 with a
-// wing of 15 x 30 on top, at an origin of (2500, 1200). The rectangles
-// give area 800 + 450 = 1250 and centroid ((800*20 + 450*7.5)/1250,
-// (800*10 + 450*35)/1250) = (15.5, 19) from the origin.
+// A corner plot surveyed clockwise: an L of 40 x 20 with a wing of 15 x 30
+// on top, at (2500, 1200). Area 800 + 450 = 1250, centroid ((800*20 +
+// 450*7.5)/1250, (800*10 + 450*35)/1250) = (15.5, 19) from the origin.
 TEST(ParcelScenario, CornerPlotAreaCentroidAndSetOut)
 {
     const double ox = 2500.0, oy = 1200.0;
@@ -483,10 +385,8 @@ TEST(ParcelScenario, CornerPlotAreaCentroidAndSetOut)
     Ring plot;
     for (const auto &c : corners)
         plot.push_back({ox + c[0], oy + c[1], 84.2});
-
-    // The traverse comes back 4 mm off its start: snapped closed.
+    plot.push_back({ox + 0.003, oy - 0.0025, 84.2});  // back 4 mm off the start: snapped closed
     dpoint3d *ring = nullptr;
-    plot.push_back({ox + 0.003, oy - 0.0025, 84.2});
     ASSERT_EQ(tsPointArray_clone(&ring, plot.data(), count(plot)), 0);
     int32_t n = count(plot);
     ASSERT_EQ(tsPointArray_closePolygon(&ring, &n, 0.005), 0);
@@ -500,12 +400,12 @@ TEST(ParcelScenario, CornerPlotAreaCentroidAndSetOut)
     EXPECT_NEAR(signedArea(closed), 1250.0, 1e-8);
     EXPECT_NEAR(signedArea(reversed(closed)), -1250.0, 1e-8);
     EXPECT_EQ(direction(closed), 1);
-    dpoint3d c{};
-    tsPointArray_getCentroid(closed.data(), n, &c);
+    const dpoint3d c = centroid(closed);
     EXPECT_NEAR(c.x, ox + 15.5, 1e-8);
     EXPECT_NEAR(c.y, oy + 19.0, 1e-8);
 
-    // Setting out: a house in the wide part, a shed across the inner corner.
+    // A house in the wide part, a shed across the inner corner (its corner
+    // (20, 25) lies past it).
     dpoint3d house[5], shed[5];
     const dpoint3d h1{ox + 20, oy + 5, 0}, h2{ox + 32, oy + 15, 0};
     const dpoint3d s1{ox + 10, oy + 15, 0}, s2{ox + 20, oy + 25, 0};
@@ -515,7 +415,7 @@ TEST(ParcelScenario, CornerPlotAreaCentroidAndSetOut)
     tsPointArray_isArrayWithinPolygon(&within, house, 4, closed.data(), n);
     EXPECT_EQ(within, 1);
     tsPointArray_isArrayWithinPolygon(&within, shed, 4, closed.data(), n);
-    EXPECT_EQ(within, 2);                              // its corner (20, 25) is past the inner corner
+    EXPECT_EQ(within, 2);
     EXPECT_EQ(classify(closed, ox + 15, oy + 20), 2);  // the inner corner peg
     EXPECT_EQ(classify(closed, ox + 30, oy + 40), 0);
 }
