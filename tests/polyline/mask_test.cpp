@@ -64,63 +64,31 @@ struct MaskRow {
 
 TEST(Mask, UpperEnvelopeWithOrigins)
 {
+    // clang-format off
     const std::vector<MaskRow> rows{
         // Level 6 over a rising 2..8 crossing it at 7.5: polyline 2 takes over there,
         // the crossing labelled by its segment 1.
-        {"crossing",
-         {{0, 6}, {4, 6}, {10, 6}},
-         values({10, 11, 12}),
-         {{0, 2}, {5, 4}, {10, 8}},
-         values({20, 21, 22}),
-         {{0, 6}, {4, 6}, {7.5, 6}, {10, 8}},
-         {{10, 1}, {11, 1}, {21, 0}, {22, 0}}},
-        {"one above throughout",
-         {{0, 5}, {5, 7}, {10, 5}},
-         values({1, 2, 3}),
-         {{0, 0}, {3, 1}, {10, 0}},
-         values({4, 5, 6}),
-         {{0, 5}, {5, 7}, {10, 5}},
-         {{1, 1}, {2, 1}, {3, 1}}},
+        {"crossing", {{0, 6}, {4, 6}, {10, 6}}, values({10, 11, 12}), {{0, 2}, {5, 4}, {10, 8}},
+         values({20, 21, 22}), {{0, 6}, {4, 6}, {7.5, 6}, {10, 8}}, {{10, 1}, {11, 1}, {21, 0}, {22, 0}}},
+        {"one above throughout", {{0, 5}, {5, 7}, {10, 5}}, values({1, 2, 3}), {{0, 0}, {3, 1}, {10, 0}},
+         values({4, 5, 6}), {{0, 5}, {5, 7}, {10, 5}}, {{1, 1}, {2, 1}, {3, 1}}},
         // Wholly below but starting at the same x: the first vertex is still polyline 1's.
-        {"one below throughout",
-         {{0, 0}, {3, 1}, {10, 0}},
-         values({4, 5, 6}),
-         {{0, 5}, {5, 7}, {10, 5}},
-         values({1, 2, 3}),
-         {{0, 0}, {5, 7}, {10, 5}},
-         {{4, 1}, {2, 0}, {3, 0}}},
+        {"one below throughout", {{0, 0}, {3, 1}, {10, 0}}, values({4, 5, 6}), {{0, 5}, {5, 7}, {10, 5}},
+         values({1, 2, 3}), {{0, 0}, {5, 7}, {10, 5}}, {{4, 1}, {2, 0}, {3, 0}}},
         // A V touching level 0 at (5,0): appended as equal (dessus 0), then
         // relabelled to polyline 1 once it rises above again.
-        {"touching",
-         {{0, 4}, {5, 0}, {10, 4}},
-         values({1, 2, 3}),
-         {{0, 0}, {10, 0}},
-         values({4, 5}),
-         {{0, 4}, {5, 0}, {10, 4}},
-         {{1, 1}, {2, 1}, {3, 1}}},
-        {"disjoint, 1 first",
-         {{0, 1}, {2, 1}},
-         values({1, 2}),
-         {{5, 0}, {8, 0}},
-         values({3, 4}),
-         {{0, 1}, {2, 1}, {5, 0}, {8, 0}},
-         {{1, 1}, {2, 1}, {3, 0}, {4, 0}}},
-        {"disjoint, 2 first",
-         {{5, 0}, {8, 0}},
-         values({1, 2}),
-         {{0, 1}, {2, 1}},
-         values({3, 4}),
-         {{0, 1}, {2, 1}, {5, 0}, {8, 0}},
-         {{3, 0}, {4, 0}, {1, 1}, {2, 1}}},
+        {"touching", {{0, 4}, {5, 0}, {10, 4}}, values({1, 2, 3}), {{0, 0}, {10, 0}}, values({4, 5}),
+         {{0, 4}, {5, 0}, {10, 4}}, {{1, 1}, {2, 1}, {3, 1}}},
+        {"disjoint, 1 first", {{0, 1}, {2, 1}}, values({1, 2}), {{5, 0}, {8, 0}}, values({3, 4}),
+         {{0, 1}, {2, 1}, {5, 0}, {8, 0}}, {{1, 1}, {2, 1}, {3, 0}, {4, 0}}},
+        {"disjoint, 2 first", {{5, 0}, {8, 0}}, values({1, 2}), {{0, 1}, {2, 1}}, values({3, 4}),
+         {{0, 1}, {2, 1}, {5, 0}, {8, 0}}, {{3, 0}, {4, 0}, {1, 1}, {2, 1}}},
         // Two steps on x = 5: the higher end (polyline 2's 9) goes on.
-        {"vertical steps",
-         {{0, 3}, {5, 3}, {5, 6}, {9, 6}},
-         values({1, 2, 3, 4}),
-         {{0, 1}, {5, 1}, {5, 9}, {9, 9}},
-         values({5, 6, 7, 8}),
-         {{0, 3}, {5, 3}, {5, 9}, {9, 9}},
+        {"vertical steps", {{0, 3}, {5, 3}, {5, 6}, {9, 6}}, values({1, 2, 3, 4}),
+         {{0, 1}, {5, 1}, {5, 9}, {9, 9}}, values({5, 6, 7, 8}), {{0, 3}, {5, 3}, {5, 9}, {9, 9}},
          {{1, 1}, {2, 1}, {7, 0}, {8, 0}}},
     };
+    // clang-format on
     for (const MaskRow &r : rows) {
         SCOPED_TRACE(r.name);
         dpoint2d *points = nullptr, *bare = nullptr;
@@ -157,22 +125,16 @@ std::vector<int32_t> tunnelFlags(const std::vector<dpoint3d> &chain, double widt
 // Straight chain of unit steps, length 2.5: vertices 1 and 2 lie within 2.5
 // of vertex 0, vertex 3 (at 3) is kept and starts the next tunnel, which
 // takes vertex 4; the last vertex is never written. A width of 0 takes nothing.
-TEST(Tunnel, StraightChainDropsUpToTheLength)
+// On the bent chain vertex 2 alone lies 0.383 from the axis 0 -> 3
+// (|3 * 0.2 - 0.9 * 2| / sqrt(9.81)), but the dropped vertex 1 lies 0.575 from
+// it, beyond half the width 0.5: vertex 2 is kept; the tunnel 2 -> 4 takes 3.
+TEST(Tunnel, DroppedVerticesByLengthAndWidth)
 {
-    std::vector<dpoint3d> chain;
-    for (int k = 0; k < 6; ++k)
-        chain.push_back({double(k), 0, 0});
-    EXPECT_EQ(tunnelFlags(chain, 1.0, 2.5, TESSAR_TUNNEL_DISTANCE), (std::vector<int32_t>{0, 1, 1, 0, 1, 0}));
-    EXPECT_EQ(tunnelFlags(chain, 0.0, 2.5, TESSAR_TUNNEL_DISTANCE), (std::vector<int32_t>(6, 0)));
-}
-
-// Vertex 2 alone lies 0.383 from the axis 0 -> 3 (|3 * 0.2 - 0.9 * 2| / sqrt(9.81)),
-// but the dropped vertex 1 lies 0.575 from it (|3 * -0.3 - 0.9 * 1| / sqrt(9.81)),
-// beyond half the width 0.5: vertex 2 is kept. The tunnel 2 -> 4 takes vertex 3.
-TEST(Tunnel, DroppedVerticesMustFitTheNewTunnel)
-{
-    const std::vector<dpoint3d> chain{{0, 0, 0}, {1, -0.3, 0}, {2, 0.2, 0}, {3, 0.9, 0}, {4, 0.9, 0}};
-    EXPECT_EQ(tunnelFlags(chain, 1.0, 100.0, TESSAR_TUNNEL_DISTANCE), (std::vector<int32_t>{0, 1, 0, 1, 0}));
+    const std::vector<dpoint3d> line{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}, {5, 0, 0}};
+    const std::vector<dpoint3d> bent{{0, 0, 0}, {1, -0.3, 0}, {2, 0.2, 0}, {3, 0.9, 0}, {4, 0.9, 0}};
+    EXPECT_EQ(tunnelFlags(line, 1.0, 2.5, TESSAR_TUNNEL_DISTANCE), (std::vector<int32_t>{0, 1, 1, 0, 1, 0}));
+    EXPECT_EQ(tunnelFlags(line, 0.0, 2.5, TESSAR_TUNNEL_DISTANCE), (std::vector<int32_t>(6, 0)));
+    EXPECT_EQ(tunnelFlags(bent, 1.0, 100.0, TESSAR_TUNNEL_DISTANCE), (std::vector<int32_t>{0, 1, 0, 1, 0}));
 }
 
 // The middle vertex lies 0.3 above the axis (0,0,0) -> (3,4,0), direction
@@ -267,7 +229,8 @@ TEST(ThicknessOffset, PavementLayerUnderACrest)
 
 // Rows: flat, a convex bend (lines y = -1 and y = -sqrt2 - (x - 10) meet at
 // x = 11 - sqrt2, the level -10 cuts at 20 - sqrt2), and a thickness change
-// on collinear segments (a vertical jump at x = 5).
+// on collinear segments (a vertical jump at x = 5). A zero-length segment
+// fails in the line primitive, and a backward input stays negated on that path.
 TEST(ThicknessOffset, JointsAlongACrossSection)
 {
     const double r2 = std::sqrt(2.0);
@@ -285,12 +248,6 @@ TEST(ThicknessOffset, JointsAlongACrossSection)
         EXPECT_EQ(errorWord(), 0);
         expectPolyline(o.points, o.count, r.want);
     }
-}
-
-// A zero-length segment fails in the line primitive, and a backward input
-// stays negated on that path.
-TEST(ThicknessOffset, ZeroLengthSegmentFails)
-{
     Profile pts{{10, 0}, {5, 0}, {5, 0}};
     Offset o(pts, {1, 1});
     EXPECT_EQ(errorWord(), kFail);

@@ -37,16 +37,22 @@ void forceFailure()
 class PolylineTest : public ::testing::Test
 {
   protected:
-    void SetUp() override
-    {
-        saved_ = UTMAT_getCalculPrec();
-        UTMAT_setCalculPrecision(0.0001);
-    }
+    void SetUp() override { saved_ = UTMAT_getCalculPrec(), UTMAT_setCalculPrecision(0.0001); }
     void TearDown() override { UTMAT_setCalculPrecision(saved_); }
     double saved_ = 0.0;
 };
 
-// ---- Bounding box ----
+// A MEM_ table holding the given vertices.
+dpoint2d *makeTable(const std::vector<dpoint2d> &pts)
+{
+    dpoint2d *table = nullptr;
+    MEM_CreerTableau(reinterpret_cast<void **>(&table), sizeof(dpoint2d), static_cast<int32_t>(pts.size()));
+    for (size_t i = 0; i < pts.size(); ++i)
+        table[i] = pts[i];
+    return table;
+}
+
+// ---- Bounding box and order of the abscissas ----
 
 TEST_F(PolylineTest, BoundingBoxTakesEachCoordinateApart)
 {
@@ -66,28 +72,18 @@ TEST_F(PolylineTest, BoundingBoxTakesEachCoordinateApart)
         dpoint2d lo{}, hi{};
         UTMAT_RecupererEnglobantPolyligne(r.pts, r.n, &lo, &hi);
         EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(lo.x, r.min.x);
-        EXPECT_EQ(lo.y, r.min.y);
-        EXPECT_EQ(hi.x, r.max.x);
-        EXPECT_EQ(hi.y, r.max.y);
+        EXPECT_EQ(std::vector<double>({lo.x, lo.y, hi.x, hi.y}),
+                  std::vector<double>({r.min.x, r.min.y, r.max.x, r.max.y}));
     }
-}
-
-TEST_F(PolylineTest, BoundingBoxFailsOnEachNullAndWritesNothing)
-{
-    const dpoint2d pts[] = {{1, 1}, {2, 2}};
     dpoint2d lo{kUntouched, kUntouched}, hi{kUntouched, kUntouched};
-    UTMAT_RecupererEnglobantPolyligne(nullptr, 2, &lo, &hi);
-    EXPECT_EQ(errorWord(), kFail);
-    UTMAT_RecupererEnglobantPolyligne(pts, 2, nullptr, &hi);
-    EXPECT_EQ(errorWord(), kFail);
-    UTMAT_RecupererEnglobantPolyligne(pts, 2, &lo, nullptr);
-    EXPECT_EQ(errorWord(), kFail);
+    for (int k = 0; k < 3; ++k) {  // each null in turn fails and writes nothing
+        UTMAT_RecupererEnglobantPolyligne(k == 0 ? nullptr : zigzag, 2, k == 1 ? nullptr : &lo,
+                                          k == 2 ? nullptr : &hi);
+        EXPECT_EQ(errorWord(), kFail);
+    }
     EXPECT_EQ(lo.x, kUntouched);
     EXPECT_EQ(hi.y, kUntouched);
 }
-
-// ---- Order of the abscissas ----
 
 TEST_F(PolylineTest, RetourAndGrowthTellDifferentThings)
 {
@@ -120,30 +116,15 @@ TEST_F(PolylineTest, RetourAndGrowthTellDifferentThings)
         EXPECT_EQ(retour, r.retour);
         EXPECT_EQ(croissant, r.croissant);
     }
-}
-
-TEST_F(PolylineTest, OrderChecksFailOnNullPoints)
-{
     int32_t retour = kUntouchedIndex, croissant = kUntouchedIndex;
     UTMAT_TesterRetourEnAbscissePolyligne(nullptr, 3, 0.0001, &retour);
     EXPECT_EQ(errorWord(), kFail);
     UTMAT_VerifierCroissanceAbscissePolyligne(nullptr, 3, 0.0001, &croissant);
     EXPECT_EQ(errorWord(), kFail);
-    EXPECT_EQ(retour, kUntouchedIndex);
-    EXPECT_EQ(croissant, kUntouchedIndex);
+    EXPECT_EQ(retour + croissant, 2 * kUntouchedIndex);
 }
 
 // ---- Repeated vertices ----
-
-// A MEM_ table holding the given vertices.
-dpoint2d *makeTable(const std::vector<dpoint2d> &pts)
-{
-    dpoint2d *table = nullptr;
-    MEM_CreerTableau(reinterpret_cast<void **>(&table), sizeof(dpoint2d), static_cast<int32_t>(pts.size()));
-    for (size_t i = 0; i < pts.size(); ++i)
-        table[i] = pts[i];
-    return table;
-}
 
 TEST_F(PolylineTest, PurgeCollapsesEachRunToItsFirstVertex)
 {
@@ -156,8 +137,7 @@ TEST_F(PolylineTest, PurgeCollapsesEachRunToItsFirstVertex)
          {{0, 0}, {1, 1}, {1, 1}, {1, 1}, {2, 0}, {2, 0}},
          {{0, 0}, {1, 1}, {2, 0}}},
         // Each vertex is compared with the kept one: 6e-5 from (0,0) goes, but
-        // 1.2e-4 from (0,0) stays, although it is only 6e-5 from its removed
-        // neighbour.
+        // 1.2e-4 stays, although it is only 6e-5 from its removed neighbour.
         {"drifting run", {{0, 0}, {0.00006, 0}, {0.00012, 0}, {1, 0}}, {{0, 0}, {0.00012, 0}, {1, 0}}},
         {"nothing repeated", {{0, 0}, {1, 0}, {2, 0}}, {{0, 0}, {1, 0}, {2, 0}}},
     };
@@ -174,19 +154,13 @@ TEST_F(PolylineTest, PurgeCollapsesEachRunToItsFirstVertex)
             EXPECT_EQ(table[i].y, r.out[static_cast<size_t>(i)].y);
         }
         MEM_LibererTableau(reinterpret_cast<void **>(&table));
-        EXPECT_EQ(table, nullptr);
     }
-}
-
-// The purge reads the table layer's words after each removal, which carries
-// the table layer's detail word into the kernel's.
-TEST_F(PolylineTest, PurgeCopiesTheTableWordsIntoTheKernel)
-{
+    // The purge reads the table layer's words after each removal, which
+    // carries the table layer's detail word into the kernel's.
     dpoint2d *table = makeTable({{0, 0}, {0, 0}, {1, 0}});
-    int32_t n = 3;
+    int32_t n = 3, code = -1, detail = -1;
     MEM_SetErreur(0, 7);
     UTMAT_PurgerPolyligne(&table, &n, 0.0001);
-    int32_t code = -1, detail = -1;
     UTMAT_GetErreur(&code, &detail);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(detail, 7);
@@ -197,75 +171,45 @@ TEST_F(PolylineTest, PurgeCopiesTheTableWordsIntoTheKernel)
 
 // ---- The interval holding an abscissa ----
 
-TEST_F(PolylineTest, IntervalSearchOnAscendingPlanePoints)
+TEST_F(PolylineTest, IntervalSearch)
 {
-    const dpoint2d pts[] = {{0, 7}, {10, 7}, {20, 7}, {30, 7}};
+    const dpoint2d plane[] = {{0, 7}, {10, 7}, {20, 7}, {30, 7}};
+    // Space points (stride of three doubles) running toward smaller x; y and
+    // z hold values that would mislead a plane stride.
+    const dpoint3d space[] = {{30, -1, 5}, {20, 25, 15}, {10, 4, 25}, {0, 3, 35}};
     struct Row {
+        int32_t is3d, n;
         double x;
         int32_t found, index;
-    } rows[] = {
-        {0.0, 1, 0},
-        {10.0, 1, 1},
-        {15.0, 1, 1},
-        {29.99, 1, 2},
-        {30.0, 1, 3},      // the last vertex itself
-        {30.00005, 1, 3},  // within the precision of the last vertex
-        {-0.00005, 1, 0},  // within the precision of the first
-        {-0.001, 0, kUntouchedIndex},
-        {30.001, 0, kUntouchedIndex},
     };
+    // clang-format off
+    const Row rows[] = {
+        {0, 4, 0.0, 1, 0}, {0, 4, 10.0, 1, 1}, {0, 4, 15.0, 1, 1}, {0, 4, 29.99, 1, 2},
+        {0, 4, 30.0, 1, 3}, {0, 4, 30.00005, 1, 3}, {0, 4, -0.00005, 1, 0},  // the ends, within the precision
+        {0, 4, -0.001, 0, kUntouchedIndex}, {0, 4, 30.001, 0, kUntouchedIndex},
+        {0, 0, 0.0, 0, kUntouchedIndex},  // empty finds nothing
+        {1, 4, 25.0, 1, 0}, {1, 4, 20.0, 1, 1}, {1, 4, 5.0, 1, 2}, {1, 4, 0.0, 1, 3},
+        {1, 4, 31.0, 0, kUntouchedIndex}, {1, 4, -1.0, 0, kUntouchedIndex},
+    };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.x);
         int32_t index = kUntouchedIndex, found = kUntouchedIndex;
         forceFailure();
-        UTMAT_RecupererDebutIntervalleContenantAbscisse(pts, 0, 4, r.x, &index, &found);
+        UTMAT_RecupererDebutIntervalleContenantAbscisse(r.is3d ? static_cast<const void *>(space) : plane,
+                                                        r.is3d, r.n, r.x, &index, &found);
         EXPECT_EQ(errorWord(), 0);
         EXPECT_EQ(found, r.found);
         EXPECT_EQ(index, r.index);
     }
-}
-
-// Space points with a stride of three doubles, running toward smaller x; y
-// and z hold values that would mislead a plane stride.
-TEST_F(PolylineTest, IntervalSearchOnDescendingSpacePoints)
-{
-    const dpoint3d pts[] = {{30, -1, 5}, {20, 25, 15}, {10, 4, 25}, {0, 3, 35}};
-    struct Row {
-        double x;
-        int32_t found, index;
-    } rows[] = {
-        {25.0, 1, 0},
-        {20.0, 1, 1},
-        {5.0, 1, 2},
-        {0.0, 1, 3},
-        {31.0, 0, kUntouchedIndex},
-        {-1.0, 0, kUntouchedIndex},
-    };
-    for (const Row &r : rows) {
-        SCOPED_TRACE(r.x);
-        int32_t index = kUntouchedIndex, found = kUntouchedIndex;
-        UTMAT_RecupererDebutIntervalleContenantAbscisse(pts, 1, 4, r.x, &index, &found);
-        EXPECT_EQ(found, r.found);
-        EXPECT_EQ(index, r.index);
-    }
-}
-
-TEST_F(PolylineTest, IntervalSearchFollowsTheKernelPrecisionAndEmptyFindsNothing)
-{
-    const dpoint2d pts[] = {{0, 0}, {10, 0}};
+    // The tolerance is the kernel precision.
     int32_t index = kUntouchedIndex, found = kUntouchedIndex;
-    UTMAT_RecupererDebutIntervalleContenantAbscisse(pts, 0, 2, 10.005, &index, &found);
+    UTMAT_RecupererDebutIntervalleContenantAbscisse(plane, 0, 2, 10.005, &index, &found);
     EXPECT_EQ(found, 0);
     UTMAT_setCalculPrecision(0.01);
-    UTMAT_RecupererDebutIntervalleContenantAbscisse(pts, 0, 2, 10.005, &index, &found);
+    UTMAT_RecupererDebutIntervalleContenantAbscisse(plane, 0, 2, 10.005, &index, &found);
     EXPECT_EQ(found, 1);
     EXPECT_EQ(index, 1);
-
-    index = kUntouchedIndex;
-    found = kUntouchedIndex;
-    UTMAT_RecupererDebutIntervalleContenantAbscisse(pts, 0, 0, 0.0, &index, &found);
-    EXPECT_EQ(found, 0);
-    EXPECT_EQ(index, kUntouchedIndex);
 }
 
 // ---- A point on a segment and on a polyline ----
@@ -273,25 +217,24 @@ TEST_F(PolylineTest, IntervalSearchFollowsTheKernelPrecisionAndEmptyFindsNothing
 TEST_F(PolylineTest, PointOnSegment)
 {
     // (0,0)-(3,4) has the unit right normal (0.8, -0.6).
+    const dpoint2d o{0, 0}, x10{10, 0}, s{3, 4}, u{1, 1};
     struct Row {
         const char *what;
         dpoint2d p, a, b;
         int32_t sur;
-    } rows[] = {
-        {"inside", {5, 0}, {0, 0}, {10, 0}, 1},
-        {"offset 5e-4", {5, 0.0005}, {0, 0}, {10, 0}, 1},
-        {"offset 2e-3", {5, 0.002}, {0, 0}, {10, 0}, 0},
-        {"on a", {0, 0}, {0, 0}, {10, 0}, 1},
-        {"5e-4 past b, within tol of b", {10.0005, 0}, {0, 0}, {10, 0}, 1},
-        {"0.01 past b", {10.01, 0}, {0, 0}, {10, 0}, 0},
-        {"7.1e-4 from a, off the segment's span", {-0.0005, 0.0005}, {0, 0}, {10, 0}, 1},
-        {"inside the span, 2e-3 off", {0.0005, 0.002}, {0, 0}, {10, 0}, 0},
-        {"slanted, on", {1.5, 2}, {0, 0}, {3, 4}, 1},
-        {"slanted, 5e-4 right", {1.5 + 0.8 * 0.0005, 2 - 0.6 * 0.0005}, {0, 0}, {3, 4}, 1},
-        {"slanted, 2e-3 right", {1.5 + 0.8 * 0.002, 2 - 0.6 * 0.002}, {0, 0}, {3, 4}, 0},
-        {"zero length, on its end", {1, 1}, {1, 1}, {1, 1}, 1},
-        {"zero length, elsewhere", {1.5, 1}, {1, 1}, {1, 1}, 0},
     };
+    // clang-format off
+    const Row rows[] = {
+        {"inside", {5, 0}, o, x10, 1}, {"offset 5e-4", {5, 0.0005}, o, x10, 1},
+        {"offset 2e-3", {5, 0.002}, o, x10, 0}, {"on a", {0, 0}, o, x10, 1},
+        {"5e-4 past b, within tol of b", {10.0005, 0}, o, x10, 1}, {"0.01 past b", {10.01, 0}, o, x10, 0},
+        {"7.1e-4 from a, off the segment's span", {-0.0005, 0.0005}, o, x10, 1},
+        {"inside the span, 2e-3 off", {0.0005, 0.002}, o, x10, 0}, {"slanted, on", {1.5, 2}, o, s, 1},
+        {"slanted, 5e-4 right", {1.5 + 0.8 * 0.0005, 2 - 0.6 * 0.0005}, o, s, 1},
+        {"slanted, 2e-3 right", {1.5 + 0.8 * 0.002, 2 - 0.6 * 0.002}, o, s, 0},
+        {"zero length, on its end", {1, 1}, u, u, 1}, {"zero length, elsewhere", {1.5, 1}, u, u, 0},
+    };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t sur = kUntouchedIndex;
@@ -313,18 +256,17 @@ TEST_F(PolylineTest, PointOnPolylineFirstSegmentWins)
         int32_t n;
         dpoint2d p;
         int32_t index1, index2;
-    } rows[] = {
-        {"first vertex", step, 4, {0, 0}, 0, -1},
-        {"vertex 1, found as the end of segment 0", step, 4, {10, 0}, 1, -1},
-        {"inside segment 0", step, 4, {5, 0}, 0, 1},
-        {"on the vertical step", step, 4, {10, 2.5}, 1, 2},
-        {"inside the last segment", step, 4, {15, 5}, 2, 3},
-        {"last vertex", step, 4, {20, 5}, 3, -1},
-        {"off the polyline", step, 4, {5, 1}, -1, -1},
-        {"closing vertex of a contour is vertex 0", square, 5, {0, 0}, 0, -1},
-        {"on the closing edge", square, 5, {5, 0}, 3, 4},
-        {"one vertex is never compared", step, 1, {0, 0}, -1, -1},
     };
+    // clang-format off
+    const Row rows[] = {
+        {"first vertex", step, 4, {0, 0}, 0, -1}, {"inside segment 0", step, 4, {5, 0}, 0, 1},
+        {"vertex 1, found as the end of segment 0", step, 4, {10, 0}, 1, -1},
+        {"on the vertical step", step, 4, {10, 2.5}, 1, 2}, {"last vertex", step, 4, {20, 5}, 3, -1},
+        {"inside the last segment", step, 4, {15, 5}, 2, 3}, {"off", step, 4, {5, 1}, -1, -1},
+        {"closing vertex of a contour is vertex 0", square, 5, {0, 0}, 0, -1},
+        {"on the closing edge", square, 5, {5, 0}, 3, 4}, {"one vertex: no compare", step, 1, {0, 0}, -1, -1},
+    };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t i1 = kUntouchedIndex, i2 = kUntouchedIndex;
@@ -343,12 +285,10 @@ TEST_F(PolylineTest, FailingOffsetLeavesTheOutputsAsTheyWere)
 {
     const dpoint2d pts[] = {{-1e40, 0}, {-1e40, 1}};
     const dpoint2d p{-1e40, 0.5};
-    int32_t sur = kUntouchedIndex;
+    int32_t sur = kUntouchedIndex, i1 = kUntouchedIndex, i2 = kUntouchedIndex;
     UTMAT_ComparerPointASegment(&p, &pts[0], &pts[1], 0.001, &sur);
     EXPECT_EQ(errorWord(), kFail);
     EXPECT_EQ(sur, kUntouchedIndex);
-
-    int32_t i1 = kUntouchedIndex, i2 = kUntouchedIndex;
     UTMAT_PointSurPolyligne(pts, 2, &p, 0.001, &i1, &i2);
     EXPECT_EQ(errorWord(), kFail);
     EXPECT_EQ(i1, -1);
@@ -361,75 +301,53 @@ TEST_F(PolylineTest, PositionAgainstProfileRun)
 {
     // Flat to x = 10, a step up to 5, flat to 20, down to 0 at x = 30.
     const dpoint2d pts[] = {{0, 0}, {10, 0}, {10, 5}, {20, 5}, {30, 0}};
+    // Backward run: x = 10 belongs to vertex first (level 1), but at the
+    // larger end of the range the level is that of vertex last (3); inside,
+    // 1 + 2 * (5 - 10)/(0 - 10) = 2.
+    const dpoint2d back[] = {{10, 1}, {0, 3}};
     struct Row {
         const char *what;
+        const dpoint2d *pts;
         dpoint2d p;
         int32_t first, last, position;
-    } rows[] = {
-        {"before", {-1, 0}, 0, 4, TESSAR_POLY_BEFORE},
-        {"beyond", {31, 0}, 0, 4, TESSAR_POLY_BEYOND},
-        {"above", {5, 1}, 0, 4, TESSAR_POLY_ABOVE},
-        {"below", {5, -1}, 0, 4, TESSAR_POLY_BELOW},
-        {"on, within tol", {5, 0.0005}, 0, 4, TESSAR_POLY_ON},
-        {"on the vertical step", {10, 2}, 0, 4, TESSAR_POLY_ON},
-        {"above the step", {10, 6}, 0, 4, TESSAR_POLY_ABOVE},
-        {"below the step", {10, -1}, 0, 4, TESSAR_POLY_BELOW},
-        {"on the falling segment: 5 - 5 * 5/10", {25, 2.5}, 0, 4, TESSAR_POLY_ON},
-        {"exactly at the larger end", {30, 0}, 0, 4, TESSAR_POLY_ON},
-        {"before a sub-run starting at x = 10", {5, 0}, 1, 3, TESSAR_POLY_BEFORE},
-        {"larger end of the sub-run takes vertex 3", {20, 5}, 1, 3, TESSAR_POLY_ON},
-        {"one-vertex run", {20, 4}, 3, 3, TESSAR_POLY_BELOW},
     };
+    // clang-format off
+    const Row rows[] = {
+        {"before", pts, {-1, 0}, 0, 4, TESSAR_POLY_BEFORE}, {"after", pts, {31, 0}, 0, 4, TESSAR_POLY_BEYOND},
+        {"above", pts, {5, 1}, 0, 4, TESSAR_POLY_ABOVE}, {"below", pts, {5, -1}, 0, 4, TESSAR_POLY_BELOW},
+        {"on, within tol", pts, {5, 0.0005}, 0, 4, TESSAR_POLY_ON},
+        {"on the vertical step", pts, {10, 2}, 0, 4, TESSAR_POLY_ON},
+        {"above the step", pts, {10, 6}, 0, 4, TESSAR_POLY_ABOVE},
+        {"below the step", pts, {10, -1}, 0, 4, TESSAR_POLY_BELOW},
+        {"on the falling segment: 5 - 5 * 5/10", pts, {25, 2.5}, 0, 4, TESSAR_POLY_ON},
+        {"exactly at the larger end", pts, {30, 0}, 0, 4, TESSAR_POLY_ON},
+        {"before a sub-run starting at x = 10", pts, {5, 0}, 1, 3, TESSAR_POLY_BEFORE},
+        {"larger end of the sub-run takes vertex 3", pts, {20, 5}, 1, 3, TESSAR_POLY_ON},
+        {"one-vertex run", pts, {20, 4}, 3, 3, TESSAR_POLY_BELOW},
+        {"backward, level of last at the larger end", back, {10, 3}, 0, 1, TESSAR_POLY_ON},
+        {"backward, level of first below it", back, {10, 1}, 0, 1, TESSAR_POLY_BELOW},
+        {"backward, inside", back, {5, 2}, 0, 1, TESSAR_POLY_ON},
+    };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t position = kUntouchedIndex;
         forceFailure();
-        UTMAT_ComparerPositionPointPolyligne(pts, 5, &r.p, r.first, r.last, 0.001, &position);
+        UTMAT_ComparerPositionPointPolyligne(r.pts, r.pts == back ? 2 : 5, &r.p, r.first, r.last, 0.001,
+                                             &position);
         EXPECT_EQ(errorWord(), 0);
         EXPECT_EQ(position, r.position);
     }
-}
-
-// A run going backward: x = 10 belongs to vertex first (level 1), but at the
-// larger end of the range the level is that of vertex last (3).
-TEST_F(PolylineTest, PositionAtTheLargerEndUsesTheLastVertexOfTheRange)
-{
-    const dpoint2d pts[] = {{10, 1}, {0, 3}};
-    const dpoint2d onLast{10, 3}, onFirst{10, 1}, inside{5, 2};
-    int32_t position = kUntouchedIndex;
-    UTMAT_ComparerPositionPointPolyligne(pts, 2, &onLast, 0, 1, 0.001, &position);
-    EXPECT_EQ(position, TESSAR_POLY_ON);
-    UTMAT_ComparerPositionPointPolyligne(pts, 2, &onFirst, 0, 1, 0.001, &position);
-    EXPECT_EQ(position, TESSAR_POLY_BELOW);
-    // Inside, the backward segment interpolates as usual: 1 + 2 * (5 - 10)/(0 - 10) = 2.
-    UTMAT_ComparerPositionPointPolyligne(pts, 2, &inside, 0, 1, 0.001, &position);
-    EXPECT_EQ(position, TESSAR_POLY_ON);
-}
-
-TEST_F(PolylineTest, PositionFailsOnAnInvalidRange)
-{
-    const dpoint2d pts[] = {{0, 0}, {1, 0}, {2, 0}};
-    const dpoint2d p{1, 0};
-    const int32_t ranges[][2] = {{-1, 2}, {2, 1}, {0, 3}};
+    const int32_t ranges[][2] = {{-1, 2}, {2, 1}, {0, 3}};  // invalid on three vertices
     for (const auto &range : ranges) {
         int32_t position = kUntouchedIndex;
-        UTMAT_ComparerPositionPointPolyligne(pts, 3, &p, range[0], range[1], 0.001, &position);
+        UTMAT_ComparerPositionPointPolyligne(pts, 3, &pts[1], range[0], range[1], 0.001, &position);
         EXPECT_EQ(errorWord(), kFail);
         EXPECT_EQ(position, kUntouchedIndex);
     }
 }
 
 // ---- Two segments over their common interval ----
-
-struct SegmentRow {
-    const char *what;
-    dpoint2d a, b, c, d;
-    int32_t code, flags, found;
-    dpoint2d inter;  // checked when found
-    bool interval;   // the interval and the ordinates are filled in
-    int32_t relStart, relEnd;
-    double xStart, xEnd, y1Start, y1End, y2Start, y2End;
-};
 
 struct SegmentOut {
     int32_t found = kUntouchedIndex, relStart = kUntouchedIndex, relEnd = kUntouchedIndex;
@@ -452,81 +370,43 @@ SegmentOut compare(const dpoint2d &a, const dpoint2d &b, const dpoint2d &c, cons
 TEST_F(PolylineTest, TwoSegmentsByCode)
 {
     // Segment 1 is y = x from (0,0) to (10,10) unless the row says otherwise.
-    const dpoint2d o{0, 0}, t{10, 10};
-    const SegmentRow rows[] = {
-        {"44: wholly before", o, t, {-5, 0}, {-1, 0}, 44, 0, 0, {}, false, 0, 0, 0, 0, 0, 0, 0, 0},
-        {"22: wholly beyond", o, t, {11, 0}, {15, 0}, 22, 0, 0, {}, false, 0, 0, 0, 0, 0, 0, 0, 0},
-        // y = 4 from 2 to 8: Y1 = 2 and 8, segment 2 above then below, crossing at (4,4).
-        {"33: crossing", o, t, {2, 4}, {8, 4}, 33, 0, 1, {4, 4}, true, 1, -1, 2, 8, 2, 8, 4, 4},
-        // c = (5,0), d = (15,10): Y1(5) = 5, Y2(10) = 5; below at both ends.
-        {"32: below throughout", o, t, {5, 0}, {15, 10}, 32, 0, 0, {}, true, -1, -1, 5, 10, 5, 10, 0, 5},
-        // y = -x from -10 to 20: Y2(0) = 0 meets segment 1 at its start, Y2(10) = -10.
-        {"42: meet at the start",
-         o,
-         t,
-         {-10, 10},
-         {20, -20},
-         42,
-         0,
-         1,
-         {0, 0},
-         true,
-         0,
-         -1,
-         0,
-         10,
-         0,
-         10,
-         0,
-         -10},
-        // y = 5 from -10 to 5: Y2(0) = 5 above, touching (5,5) at the end.
-        {"43: touch at the end", o, t, {-10, 5}, {5, 5}, 43, 0, 1, {5, 5}, true, 1, 0, 0, 5, 0, 5, 5, 5},
-        // On y = x from 2 to 12: equal at both ends of [2, 10].
-        {"32: collinear overlap", o, t, {2, 2}, {12, 12}, 32, 0, 0, {}, true, 0, 0, 2, 10, 2, 10, 2, 10},
-        // y = 5 from 0 to 10: both ends on the ends of segment 1 (flags 1 and 8).
-        {"33: same span", o, t, {0, 5}, {10, 5}, 33, 1 | 8, 1, {5, 5}, true, 1, -1, 0, 10, 0, 10, 5, 5},
-        // x = 4 from y 0 to 10: crossing forced onto x = 4, at y = 4.
-        {"33: vertical segment 2", o, t, {4, 0}, {4, 10}, 33, 32, 1, {4, 4}, true, -1, 1, 4, 4, 4, 4, 0, 10},
-        // Segment 1 vertical x = 5 from 0 to 10, segment 2 from (5,4) right:
-        // the interval is x = 5, with 0..10 against 4 and 4.
-        {"32: vertical segment 1",
-         {5, 0},
-         {5, 10},
-         {5, 4},
-         {15, 4},
-         32,
-         1 | 2,
-         1,
-         {5, 4},
-         true,
-         1,
-         -1,
-         5,
-         5,
-         0,
-         10,
-         4,
-         4},
-        {"43: vertical segment 1, wholly above",
-         {5, 0},
-         {5, 10},
-         {-5, 12},
-         {5, 12},
-         43,
-         4 | 8,
-         0,
-         {},
-         true,
-         1,
-         1,
-         5,
-         5,
-         0,
-         10,
-         12,
-         12},
+    // iv: xStart, xEnd, y1Start, y1End, y2Start, y2End; none means only found,
+    // code and flags are written.
+    const dpoint2d o{0, 0}, t{10, 10}, v0{5, 0}, v1{5, 10};
+    const std::vector<double> none;
+    struct Row {
+        const char *what;
+        dpoint2d a, b, c, d;
+        int32_t code, flags, found;
+        dpoint2d inter;  // checked when found
+        int32_t relStart, relEnd;
+        std::vector<double> iv;
     };
-    for (const SegmentRow &r : rows) {
+    // clang-format off
+    const Row rows[] = {
+        {"44: wholly before", o, t, {-5, 0}, {-1, 0}, 44, 0, 0, {}, 0, 0, none},
+        {"22: wholly beyond", o, t, {11, 0}, {15, 0}, 22, 0, 0, {}, 0, 0, none},
+        // y = 4 from 2 to 8: Y1 = 2 and 8, segment 2 above then below, crossing at (4,4).
+        {"33: crossing", o, t, {2, 4}, {8, 4}, 33, 0, 1, {4, 4}, 1, -1, {2, 8, 2, 8, 4, 4}},
+        // c = (5,0), d = (15,10): Y1(5) = 5, Y2(10) = 5; below at both ends.
+        {"32: below throughout", o, t, {5, 0}, {15, 10}, 32, 0, 0, {}, -1, -1, {5, 10, 5, 10, 0, 5}},
+        // y = -x from -10 to 20: Y2(0) = 0 meets segment 1 at its start, Y2(10) = -10.
+        {"42: meet at start", o, t, {-10, 10}, {20, -20}, 42, 0, 1, {0, 0}, 0, -1, {0, 10, 0, 10, 0, -10}},
+        // y = 5 from -10 to 5: Y2(0) = 5 above, touching (5,5) at the end.
+        {"43: touch at the end", o, t, {-10, 5}, {5, 5}, 43, 0, 1, {5, 5}, 1, 0, {0, 5, 0, 5, 5, 5}},
+        // On y = x from 2 to 12: equal at both ends of [2, 10].
+        {"32: collinear overlap", o, t, {2, 2}, {12, 12}, 32, 0, 0, {}, 0, 0, {2, 10, 2, 10, 2, 10}},
+        // y = 5 from 0 to 10: both ends on the ends of segment 1 (flags 1 and 8).
+        {"33: same span", o, t, {0, 5}, {10, 5}, 33, 1 | 8, 1, {5, 5}, 1, -1, {0, 10, 0, 10, 5, 5}},
+        // x = 4 from y 0 to 10: crossing forced onto x = 4, at y = 4.
+        {"33: vertical segment 2", o, t, {4, 0}, {4, 10}, 33, 32, 1, {4, 4}, -1, 1, {4, 4, 4, 4, 0, 10}},
+        // Segment 1 on x = 5 from 0 to 10, segment 2 from (5,4) right: 0..10 against 4 and 4.
+        {"32: vertical segment 1", v0, v1, {5, 4}, {15, 4}, 32, 1 | 2, 1, {5, 4}, 1, -1, {5, 5, 0, 10, 4, 4}},
+        {"43: vertical segment 1, wholly above", v0, v1, {-5, 12}, {5, 12}, 43, 4 | 8, 0, {}, 1, 1,
+         {5, 5, 0, 10, 12, 12}},
+    };
+    // clang-format on
+    for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         forceFailure();
         const SegmentOut out = compare(r.a, r.b, r.c, r.d);
@@ -538,22 +418,16 @@ TEST_F(PolylineTest, TwoSegmentsByCode)
             EXPECT_NEAR(out.inter.x, r.inter.x, 1e-12);
             EXPECT_NEAR(out.inter.y, r.inter.y, 1e-12);
         }
-        if (!r.interval) {
-            // Only found, code and flags are written.
+        const std::vector<double> iv{out.xStart, out.xEnd, out.y1Start, out.y1End, out.y2Start, out.y2End};
+        if (r.iv.empty()) {
             EXPECT_EQ(out.relStart, kUntouchedIndex);
-            EXPECT_EQ(out.xStart, kUntouched);
-            EXPECT_EQ(out.y2End, kUntouched);
+            EXPECT_EQ(iv, std::vector<double>(6, kUntouched));
             EXPECT_EQ(out.inter.x, kUntouched);
-            continue;
+        } else {
+            EXPECT_EQ(out.relStart, r.relStart);
+            EXPECT_EQ(out.relEnd, r.relEnd);
+            EXPECT_EQ(iv, r.iv);
         }
-        EXPECT_EQ(out.relStart, r.relStart);
-        EXPECT_EQ(out.relEnd, r.relEnd);
-        EXPECT_EQ(out.xStart, r.xStart);
-        EXPECT_EQ(out.xEnd, r.xEnd);
-        EXPECT_EQ(out.y1Start, r.y1Start);
-        EXPECT_EQ(out.y1End, r.y1End);
-        EXPECT_EQ(out.y2Start, r.y2Start);
-        EXPECT_EQ(out.y2End, r.y2End);
     }
 }
 
@@ -562,7 +436,6 @@ TEST_F(PolylineTest, TwoSegmentsByCode)
 // c on the span, else the end of the span reached from c's side.
 TEST_F(PolylineTest, TwoSegmentsOnOneVertical)
 {
-    const dpoint2d a{5, 0}, b{5, 10};
     struct Row {
         dpoint2d c, d;
         int32_t relStart, relEnd, found;
@@ -575,7 +448,7 @@ TEST_F(PolylineTest, TwoSegmentsOnOneVertical)
         {{5, 15}, {5, 3}, 1, 0, 1, 10},    // from above: the upper end
     };
     for (const Row &r : rows) {
-        const SegmentOut out = compare(a, b, r.c, r.d);
+        const SegmentOut out = compare({5, 0}, {5, 10}, r.c, r.d);
         EXPECT_EQ(out.code, 33);
         EXPECT_EQ(out.flags, 1 | 2 | 4 | 8 | 32);
         EXPECT_EQ(out.xStart, 5.0);
@@ -583,12 +456,8 @@ TEST_F(PolylineTest, TwoSegmentsOnOneVertical)
         EXPECT_EQ(out.relStart, r.relStart);
         EXPECT_EQ(out.relEnd, r.relEnd);
         EXPECT_EQ(out.found, r.found);
-        if (r.found) {
-            EXPECT_EQ(out.inter.x, 5.0);
-            EXPECT_EQ(out.inter.y, r.interY);
-        } else {
-            EXPECT_EQ(out.inter.x, kUntouched);
-        }
+        EXPECT_EQ(out.inter.x, r.found ? 5.0 : kUntouched);
+        EXPECT_EQ(out.inter.y, r.found ? r.interY : kUntouched);
         // Settled before any ordinate is interpolated: those stay as they were.
         EXPECT_EQ(out.y1Start, kUntouched);
         EXPECT_EQ(out.y2End, kUntouched);
@@ -597,68 +466,48 @@ TEST_F(PolylineTest, TwoSegmentsOnOneVertical)
 
 // ---- Levels along a chain ----
 
-struct ChainRow {
-    const char *what;
-    std::vector<dpoint3d> pts;
-    std::vector<int32_t> known;
-    int32_t status;
-    std::vector<double> z;  // expected levels afterwards
-};
-
 TEST_F(PolylineTest, LevelsAlongAChain)
 {
-    const ChainRow rows[] = {
+    struct Row {
+        const char *what;
+        std::vector<dpoint3d> pts;
+        std::vector<int32_t> known;
+        int32_t status;
+        std::vector<double> z;  // expected levels afterwards
+    };
+    // clang-format off
+    const Row rows[] = {
         {"one point", {{0, 0, 1}}, {0}, TESSAR_ZINTERP_TOO_FEW, {1}},
         {"all known", {{0, 0, 1}, {5, 0, 2}}, {1, 1}, TESSAR_ZINTERP_ALL_KNOWN, {1, 2}},
         {"none known", {{0, 0, 1}, {5, 0, 2}}, {0, 0}, TESSAR_ZINTERP_NONE_KNOWN, {1, 2}},
-        {"two points 5e-5 apart",
-         {{0, 0, 1}, {0.00005, 0, 2}, {1, 0, 3}},
-         {1, 0, 0},
-         TESSAR_ZINTERP_TOO_CLOSE,
+        {"5e-5 apart", {{0, 0, 1}, {0.00005, 0, 2}, {1, 0, 3}}, {1, 0, 0}, TESSAR_ZINTERP_TOO_CLOSE,
          {1, 2, 3}},
         {"one known: flat", {{0, 0, 0}, {3, 4, 7}, {6, 8, 0}}, {0, 1, 0}, TESSAR_ZINTERP_DONE, {7, 7, 7}},
         // Plan lengths 5, 5, 6 (D = 16) and a rise of 16: a grade of 1.
-        {"known ends: straight grade by plan length",
-         {{0, 0, 10}, {3, 4, 0}, {6, 8, 0}, {6, 14, 26}},
-         {1, 0, 0, 1},
-         TESSAR_ZINTERP_DONE,
-         {10, 15, 20, 26}},
+        {"known ends: straight grade by plan length", {{0, 0, 10}, {3, 4, 0}, {6, 8, 0}, {6, 14, 26}},
+         {1, 0, 0, 1}, TESSAR_ZINTERP_DONE, {10, 15, 20, 26}},
         // Slope 1 arriving at (1,0): 2 + 2 * 1.
         {"straight extension", {{0, 0, 1}, {1, 0, 2}, {3, 0, 0}}, {1, 1, 0}, TESSAR_ZINTERP_DONE, {1, 2, 4}},
         // Slope 2/5 leaving (8,6): 10 - 5 * 0.4 and 10 - 10 * 0.4.
-        {"straight extension backward",
-         {{0, 0, 0}, {4, 3, 0}, {8, 6, 10}, {12, 9, 12}},
-         {0, 0, 1, 1},
-         TESSAR_ZINTERP_DONE,
-         {6, 8, 10, 12}},
+        {"straight extension backward", {{0, 0, 0}, {4, 3, 0}, {8, 6, 10}, {12, 9, 12}}, {0, 0, 1, 1},
+         TESSAR_ZINTERP_DONE, {6, 8, 10, 12}},
         // z = 1 + 0.1 s - s^2 / 300 leaves (10,1) with 0.1 and reaches 1 at s = 30.
-        {"parabola leaving with the slope",
-         {{0, 0, 0}, {10, 0, 1}, {20, 0, 0}, {30, 0, 0}, {40, 0, 1}},
-         {1, 1, 0, 0, 1},
-         TESSAR_ZINTERP_DONE,
-         {0, 1, 2.0 - 1.0 / 3.0, 3.0 - 4.0 / 3.0, 1}},
+        {"parabola leaving with the slope", {{0, 0, 0}, {10, 0, 1}, {20, 0, 0}, {30, 0, 0}, {40, 0, 1}},
+         {1, 1, 0, 0, 1}, TESSAR_ZINTERP_DONE, {0, 1, 2.0 - 1.0 / 3.0, 3.0 - 4.0 / 3.0, 1}},
         // z = 1 - 0.1 s + s^2 / 300 reaches (30,1) with slope 0.1.
-        {"parabola arriving with the slope",
-         {{0, 0, 1}, {10, 0, 0}, {20, 0, 0}, {30, 0, 1}, {40, 0, 2}},
-         {1, 0, 0, 1, 1},
-         TESSAR_ZINTERP_DONE,
-         {1, 1.0 / 3.0, 4.0 / 3.0 - 1.0, 1, 2}},
+        {"parabola arriving with the slope", {{0, 0, 1}, {10, 0, 0}, {20, 0, 0}, {30, 0, 1}, {40, 0, 2}},
+         {1, 0, 0, 1, 1}, TESSAR_ZINTERP_DONE, {1, 1.0 / 3.0, 4.0 / 3.0 - 1.0, 1, 2}},
         // Slopes 0 and 1, rise 10 over 30: z = s^3 / 2700, with z(30) = 10 and z'(30) = 1.
         {"cubic matching both slopes",
-         {{0, 0, 0}, {10, 0, 0}, {20, 0, 0}, {30, 0, 0}, {40, 0, 10}, {50, 0, 20}},
-         {1, 1, 0, 0, 1, 1},
-         TESSAR_ZINTERP_DONE,
-         {0, 0, 1000.0 / 2700.0, 8000.0 / 2700.0, 10, 20}},
-        // Three runs. The middle one is a straight line 5 -> 7; the last run
-        // sees point 2 as unknown although it was just filled, so it stays
-        // flat at 7 instead of going on at the grade 0.1.
-        {"filled points are no support",
-         {{0, 0, 0}, {10, 0, 5}, {20, 0, 0}, {30, 0, 7}, {40, 0, 0}},
-         {0, 1, 0, 1, 0},
-         TESSAR_ZINTERP_DONE,
-         {5, 5, 6, 7, 7}},
+         {{0, 0, 0}, {10, 0, 0}, {20, 0, 0}, {30, 0, 0}, {40, 0, 10}, {50, 0, 20}}, {1, 1, 0, 0, 1, 1},
+         TESSAR_ZINTERP_DONE, {0, 0, 1000.0 / 2700.0, 8000.0 / 2700.0, 10, 20}},
+        // The middle run is a straight line 5 -> 7; the last run sees point 2
+        // as unknown although just filled, so it stays flat at 7.
+        {"filled points are no support", {{0, 0, 0}, {10, 0, 5}, {20, 0, 0}, {30, 0, 7}, {40, 0, 0}},
+         {0, 1, 0, 1, 0}, TESSAR_ZINTERP_DONE, {5, 5, 6, 7, 7}},
     };
-    for (const ChainRow &r : rows) {
+    // clang-format on
+    for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         std::vector<dpoint3d> pts = r.pts;
         int32_t status = kUntouchedIndex;
@@ -682,91 +531,75 @@ struct SweepOut {
     int32_t last = kUntouchedIndex;
 };
 
-SweepOut sweepFrom(const std::vector<double> &xs)
+SweepOut sweep(const std::vector<dpoint2d> &pts, const std::vector<double> &xs, int32_t start,
+               SweepOut s = {})
 {
-    SweepOut s;
-    for (const double x : xs)
-        s.xy.push_back({x, kUntouched});
-    s.done.assign(xs.size(), kUntouchedIndex);
-    return s;
-}
-
-void sweep(const std::vector<dpoint2d> &pts, SweepOut &s, int32_t start)
-{
+    if (s.xy.empty()) {
+        for (const double x : xs)
+            s.xy.push_back({x, kUntouched});
+        s.done.assign(xs.size(), kUntouchedIndex);
+    }
     UTMAT_CalculerTableauYSurPolyligne(pts.data(), static_cast<int32_t>(pts.size()), s.xy.data(),
                                        s.done.data(), static_cast<int32_t>(s.xy.size()), start, 0.001,
                                        &s.last);
+    return s;
 }
 
-TEST_F(PolylineTest, SortedAbscissasSweepOverProfilesEndToEnd)
-{
-    // A peak (0,0)-(10,10)-(20,0), then a fall (20,0)-(30,-10).
-    const std::vector<dpoint2d> peak = {{0, 0}, {10, 10}, {20, 0}};
-    const std::vector<dpoint2d> fall = {{20, 0}, {30, -10}};
-    SweepOut s = sweepFrom({-5, -1, 0, 5, 10, 15, 20, 25, 30});
-    forceFailure();
-    sweep(peak, s, 0);
-    EXPECT_EQ(errorWord(), 0);
-    EXPECT_EQ(s.last, 6);
-    EXPECT_EQ(s.done, (std::vector<int32_t>{0, 0, 1, 1, 1, 1, 1, 0, 0}));
-    const double onPeak[] = {0, 5, 10, 5, 0};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(s.xy[static_cast<size_t>(2 + i)].y, onPeak[i]);
-    EXPECT_EQ(s.xy[0].y, kUntouched);
-
-    sweep(fall, s, s.last + 1);
-    EXPECT_EQ(s.last, 8);
-    EXPECT_EQ(s.done, (std::vector<int32_t>{0, 0, 1, 1, 1, 1, 1, 1, 1}));
-    EXPECT_EQ(s.xy[7].y, -5.0);   // 0 - 10 * 5/10
-    EXPECT_EQ(s.xy[8].y, -10.0);  // the last vertex
-}
-
-TEST_F(PolylineTest, SortedAbscissasEdgeRows)
+TEST_F(PolylineTest, SortedAbscissas)
 {
     const std::vector<dpoint2d> peak = {{0, 0}, {10, 10}, {20, 0}};
     const std::vector<dpoint2d> stepUp = {{0, 0}, {10, 0}, {10, 5}, {20, 5}};
+    const double U = kUntouched;
+    // Over the peak, then on from the next element over a fall (20,0)-(30,-10).
+    forceFailure();
+    SweepOut s = sweep(peak, {-5, -1, 0, 5, 10, 15, 20, 25, 30}, 0);
+    EXPECT_EQ(errorWord(), 0);
+    EXPECT_EQ(s.last, 6);
+    EXPECT_EQ(s.done, (std::vector<int32_t>{0, 0, 1, 1, 1, 1, 1, 0, 0}));
+    s = sweep({{20, 0}, {30, -10}}, {}, s.last + 1, s);
+    EXPECT_EQ(s.last, 8);
+    EXPECT_EQ(s.done, (std::vector<int32_t>{0, 0, 1, 1, 1, 1, 1, 1, 1}));
+    std::vector<double> y;
+    for (const dpoint2d &p : s.xy)
+        y.push_back(p.y);
+    EXPECT_EQ(y, (std::vector<double>{U, U, 0, 5, 10, 5, 0, -5, -10}));  // -5 = 0 - 10 * 5/10
+
     struct Row {
         const char *what;
         const std::vector<dpoint2d> &pts;
         std::vector<double> xs;
-        int32_t start;
-        int32_t last;
+        int32_t start, last;
         std::vector<int32_t> done;
         std::vector<double> y;
-    } rows[] = {
-        {"partly before and partly after",
-         peak,
-         {-5, 5, 15, 25, 35},
-         0,
-         2,
-         {0, 1, 1, 0, 0},
-         {kUntouched, 5, 5, kUntouched, kUntouched}},
-        {"all before", peak, {-3, -2}, 0, 1, {0, 0}, {kUntouched, kUntouched}},
+    };
+    // clang-format off
+    const Row rows[] = {
+        {"partly before and partly after", peak, {-5, 5, 15, 25, 35}, 0, 2, {0, 1, 1, 0, 0}, {U, 5, 5, U, U}},
+        {"all before", peak, {-3, -2}, 0, 1, {0, 0}, {U, U}},
         // The first element already beyond: last is the element before start.
-        {"all after", peak, {30, 40}, 0, -1, {0, 0}, {kUntouched, kUntouched}},
+        {"all after", peak, {30, 40}, 0, -1, {0, 0}, {U, U}},
         {"within tol of the last vertex", peak, {20.0005}, 0, 0, {1}, {0}},
         // At the step the level after it is read, the later vertex winning.
         {"vertical step", stepUp, {5, 10, 15}, 0, 2, {1, 1, 1}, {0, 5, 5}},
-        {"start past the elements", peak, {5}, 1, kUntouchedIndex, {kUntouchedIndex}, {kUntouched}},
+        {"start past the elements", peak, {5}, 1, kUntouchedIndex, {kUntouchedIndex}, {U}},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
-        SweepOut s = sweepFrom(r.xs);
-        sweep(r.pts, s, r.start);
+        const SweepOut o = sweep(r.pts, r.xs, r.start);
         EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(s.last, r.last);
-        EXPECT_EQ(s.done, r.done);
+        EXPECT_EQ(o.last, r.last);
+        EXPECT_EQ(o.done, r.done);
         for (size_t i = 0; i < r.y.size(); ++i)
-            EXPECT_EQ(s.xy[i].y, r.y[i]) << "element " << i;
+            EXPECT_EQ(o.xy[i].y, r.y[i]) << "element " << i;
     }
 }
 
 TEST_F(PolylineTest, NearestOrdinateOnASwitchback)
 {
     // Along y = 0, back diagonally to (0,10) (a segment running backward that
-    // never counts), then along y = 10.
+    // never counts), then along y = 10; and up a vertical step at x = 5.
     const dpoint2d zig[] = {{0, 0}, {10, 0}, {0, 10}, {10, 10}};
-    // Up a vertical step at x = 5.
     const dpoint2d step[] = {{0, 0}, {5, 0}, {5, 10}, {10, 10}};
     struct Row {
         const char *what;
@@ -779,8 +612,7 @@ TEST_F(PolylineTest, NearestOrdinateOnASwitchback)
         {"nearer the lower branch", zig, {5, 3}, 1, 0},
         {"as near to both: the first stays", zig, {5, 5}, 1, 0},
         {"outside every segment", zig, {15, 5}, 0, 5},
-        // Segment 0 gives 0 (7 away), the step gives its upper end (3 away),
-        // the last segment 10 again, no nearer.
+        // Segment 0 gives 0 (7 away), the step its upper end (3 away), the last 10 again.
         {"on the step, nearer the top", step, {5, 7}, 1, 10},
         {"on the step, nearer the foot", step, {5, 2}, 1, 0},
     };
@@ -795,19 +627,13 @@ TEST_F(PolylineTest, NearestOrdinateOnASwitchback)
         EXPECT_EQ(xy[0].y, r.y);
         EXPECT_EQ(xy[0].x, r.q.x);
     }
-}
-
-TEST_F(PolylineTest, OrdinateFunctionsFailOnNullPoints)
-{
     dpoint2d xy[] = {{1, kUntouched}};
-    int32_t done[] = {kUntouchedIndex};
-    int32_t last = kUntouchedIndex;
+    int32_t done[] = {kUntouchedIndex}, last = kUntouchedIndex;
     UTMAT_CalculerTableauYSurPolyligne(nullptr, 2, xy, done, 1, 0, 0.001, &last);
     EXPECT_EQ(errorWord(), kFail);
     UTMAT_CalculerTableauYSurPolylignePlusProche(nullptr, 2, xy, done, 1, 0.001);
     EXPECT_EQ(errorWord(), kFail);
-    EXPECT_EQ(done[0], kUntouchedIndex);
-    EXPECT_EQ(last, kUntouchedIndex);
+    EXPECT_EQ(done[0] + last, 2 * kUntouchedIndex);
     EXPECT_EQ(xy[0].y, kUntouched);
 }
 
@@ -838,7 +664,7 @@ TEST_F(PolylineTest, AreaOfClosedContours)
     }
 }
 
-// ---- Scenarios ----
+// ---- Scenario ----
 
 // A road cross-section across the axis: ditch, shoulder, lanes at a 2.5 %
 // crossfall, shoulder, ditch; abscissas are offsets from the axis.
@@ -885,36 +711,6 @@ TEST_F(PolylineTest, SurveyShotsAgainstACrossSection)
     }
     MEM_LibererTableau(reinterpret_cast<void **>(&section));
     EXPECT_EQ(errorWord(), 0);
-}
-
-// A design grade line against a ground profile: walking both segment by
-// segment, the comparison tells where the design passes from fill to cut.
-TEST_F(PolylineTest, DesignProfileCrossesTheGround)
-{
-    // Ground rises 1 in 10 then levels off at 103; design runs at a steady
-    // 101 + 0.05 x. They meet where 100 + 0.1 x = 101 + 0.05 x, at x = 20,
-    // and the design stays below the level ground from then on (x <= 40).
-    const std::vector<dpoint2d> ground = {{0, 100}, {30, 103}, {60, 103}};
-    const std::vector<dpoint2d> design = {{0, 101}, {40, 103}};
-    std::vector<dpoint2d> meetings;
-    for (size_t i = 0; i + 1 < ground.size(); ++i) {
-        const SegmentOut out = compare(design[0], design[1], ground[i], ground[i + 1]);
-        EXPECT_EQ(errorWord(), 0);
-        if (out.found) meetings.push_back(out.inter);
-    }
-    // Segment 1 crosses at (20, 102); segment 2 (level 103 from 30) meets the
-    // design at its end (40, 103), where it touches and the relation goes to 0.
-    ASSERT_EQ(meetings.size(), 2u);
-    EXPECT_NEAR(meetings[0].x, 20.0, 1e-9);
-    EXPECT_NEAR(meetings[0].y, 102.0, 1e-9);
-    EXPECT_EQ(meetings[1].x, 40.0);
-    EXPECT_EQ(meetings[1].y, 103.0);
-
-    // The design is above the ground (fill) at x = 10: 101.5 against 101.
-    const dpoint2d designAt10{10, 101.5};
-    int32_t position = kUntouchedIndex;
-    UTMAT_ComparerPositionPointPolyligne(ground.data(), 3, &designAt10, 0, 2, 0.001, &position);
-    EXPECT_EQ(position, TESSAR_POLY_ABOVE);
 }
 
 }  // namespace
