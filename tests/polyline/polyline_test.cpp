@@ -1,9 +1,5 @@
-// Polyline model and queries of the UTMAT kernel: bounding box, order of the
-// abscissas, clean-up of repeated vertices, the interval holding an abscissa,
-// a point on a segment, on a polyline and against a profile run, the relation
-// of two segments (by code), levels along a chain, ordinates at abscissas and
-// the area of a closed contour. Every call is checked for the error word it
-// leaves. Expected values are worked by hand in the comments beside them.
+// Polyline model and queries of the UTMAT kernel, each call checked for the
+// error word it leaves. Expected values are worked by hand beside them.
 #include <tessar/frame.h>
 #include <tessar/memory.h>
 #include <tessar/polyline.h>
@@ -58,15 +54,13 @@ TEST_F(PolylineTest, BoundingBoxTakesEachCoordinateApart)
 {
     const dpoint2d one[] = {{3, -2}};
     const dpoint2d zigzag[] = {{0, 5}, {-4, 1}, {7, 9}, {2, -3}};
-    struct Row {
-        const dpoint2d *pts;
-        int32_t n;
-        dpoint2d min, max;
-    } rows[] = {
+    // clang-format off
+    struct Row { const dpoint2d *pts; int32_t n; dpoint2d min, max; } rows[] = {
         {one, 1, {3, -2}, {3, -2}},     // a single vertex is its own box
         {zigzag, 4, {-4, -3}, {7, 9}},  // x from vertices 1 and 2, y from 3 and 2
         {zigzag, 2, {-4, 1}, {0, 5}},   // only the first two vertices
     };
+    // clang-format on
     for (const Row &r : rows) {
         forceFailure();
         dpoint2d lo{}, hi{};
@@ -87,22 +81,19 @@ TEST_F(PolylineTest, BoundingBoxTakesEachCoordinateApart)
 
 TEST_F(PolylineTest, RetourAndGrowthTellDifferentThings)
 {
-    struct Row {
-        const char *what;
-        std::vector<dpoint2d> pts;
-        int32_t retour, croissant;
-    } rows[] = {
-        {"one vertex", {{5, 5}}, 0, 1},
-        {"increasing", {{0, 0}, {1, 3}, {2, 1}}, 0, 1},
+    // clang-format off
+    struct Row { const char *what; std::vector<dpoint2d> pts; int32_t retour, croissant; };
+    const Row rows[] = {
+        {"one vertex", {{5, 5}}, 0, 1}, {"increasing", {{0, 0}, {1, 3}, {2, 1}}, 0, 1},
         {"equal abscissas (a vertical step)", {{0, 0}, {1, 0}, {1, 4}, {2, 4}}, 0, 1},
         {"wholly backward: no retour, but not growing", {{2, 0}, {1, 0}, {0, 0}}, 0, 0},
         {"step back of 5e-5, within tol", {{0, 0}, {1, 0}, {0.99995, 1}, {2, 0}}, 0, 1},
         {"step back of 0.1", {{0, 0}, {1, 0}, {0.9, 1}, {2, 0}}, 1, 0},
         // Equal end abscissas count as running backward: the rise 0 -> 1 is a retour.
-        {"equal ends", {{0, 0}, {1, 0}, {0, 0}}, 1, 0},
-        {"equal ends, vertical only", {{0, 0}, {0, 5}}, 0, 1},
+        {"equal ends", {{0, 0}, {1, 0}, {0, 0}}, 1, 0}, {"equal ends, vertical only", {{0, 0}, {0, 5}}, 0, 1},
         {"backward with one rise", {{3, 0}, {2, 0}, {2.5, 0}, {0, 0}}, 1, 0},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         const auto n = static_cast<int32_t>(r.pts.size());
@@ -113,8 +104,7 @@ TEST_F(PolylineTest, RetourAndGrowthTellDifferentThings)
         forceFailure();
         UTMAT_VerifierCroissanceAbscissePolyligne(r.pts.data(), n, 0.0001, &croissant);
         EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(retour, r.retour);
-        EXPECT_EQ(croissant, r.croissant);
+        EXPECT_EQ(std::vector<int32_t>({retour, croissant}), std::vector<int32_t>({r.retour, r.croissant}));
     }
     int32_t retour = kUntouchedIndex, croissant = kUntouchedIndex;
     UTMAT_TesterRetourEnAbscissePolyligne(nullptr, 3, 0.0001, &retour);
@@ -128,19 +118,17 @@ TEST_F(PolylineTest, RetourAndGrowthTellDifferentThings)
 
 TEST_F(PolylineTest, PurgeCollapsesEachRunToItsFirstVertex)
 {
-    struct Row {
-        const char *what;
-        std::vector<dpoint2d> in, out;
-    } rows[] = {
+    // clang-format off
+    struct Row { const char *what; std::vector<dpoint2d> in, out; } rows[] = {
         {"five identical", {{2, 3}, {2, 3}, {2, 3}, {2, 3}, {2, 3}}, {{2, 3}}},
         {"runs inside and at the end",
-         {{0, 0}, {1, 1}, {1, 1}, {1, 1}, {2, 0}, {2, 0}},
-         {{0, 0}, {1, 1}, {2, 0}}},
+         {{0, 0}, {1, 1}, {1, 1}, {1, 1}, {2, 0}, {2, 0}}, {{0, 0}, {1, 1}, {2, 0}}},
         // Each vertex is compared with the kept one: 6e-5 from (0,0) goes, but
         // 1.2e-4 stays, although it is only 6e-5 from its removed neighbour.
         {"drifting run", {{0, 0}, {0.00006, 0}, {0.00012, 0}, {1, 0}}, {{0, 0}, {0.00012, 0}, {1, 0}}},
         {"nothing repeated", {{0, 0}, {1, 0}, {2, 0}}, {{0, 0}, {1, 0}, {2, 0}}},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         dpoint2d *table = makeTable(r.in);
@@ -177,12 +165,8 @@ TEST_F(PolylineTest, IntervalSearch)
     // Space points (stride of three doubles) running toward smaller x; y and
     // z hold values that would mislead a plane stride.
     const dpoint3d space[] = {{30, -1, 5}, {20, 25, 15}, {10, 4, 25}, {0, 3, 35}};
-    struct Row {
-        int32_t is3d, n;
-        double x;
-        int32_t found, index;
-    };
     // clang-format off
+    struct Row { int32_t is3d, n; double x; int32_t found, index; };
     const Row rows[] = {
         {0, 4, 0.0, 1, 0}, {0, 4, 10.0, 1, 1}, {0, 4, 15.0, 1, 1}, {0, 4, 29.99, 1, 2},
         {0, 4, 30.0, 1, 3}, {0, 4, 30.00005, 1, 3}, {0, 4, -0.00005, 1, 0},  // the ends, within the precision
@@ -218,12 +202,8 @@ TEST_F(PolylineTest, PointOnSegment)
 {
     // (0,0)-(3,4) has the unit right normal (0.8, -0.6).
     const dpoint2d o{0, 0}, x10{10, 0}, s{3, 4}, u{1, 1};
-    struct Row {
-        const char *what;
-        dpoint2d p, a, b;
-        int32_t sur;
-    };
     // clang-format off
+    struct Row { const char *what; dpoint2d p, a, b; int32_t sur; };
     const Row rows[] = {
         {"inside", {5, 0}, o, x10, 1}, {"offset 5e-4", {5, 0.0005}, o, x10, 1},
         {"offset 2e-3", {5, 0.002}, o, x10, 0}, {"on a", {0, 0}, o, x10, 1},
@@ -250,14 +230,8 @@ TEST_F(PolylineTest, PointOnPolylineFirstSegmentWins)
     // A step profile, and a closed square that repeats its first vertex.
     const dpoint2d step[] = {{0, 0}, {10, 0}, {10, 5}, {20, 5}};
     const dpoint2d square[] = {{0, 0}, {0, 10}, {10, 10}, {10, 0}, {0, 0}};
-    struct Row {
-        const char *what;
-        const dpoint2d *pts;
-        int32_t n;
-        dpoint2d p;
-        int32_t index1, index2;
-    };
     // clang-format off
+    struct Row { const char *what; const dpoint2d *pts; int32_t n; dpoint2d p; int32_t index1, index2; };
     const Row rows[] = {
         {"first vertex", step, 4, {0, 0}, 0, -1}, {"inside segment 0", step, 4, {5, 0}, 0, 1},
         {"vertex 1, found as the end of segment 0", step, 4, {10, 0}, 1, -1},
@@ -305,13 +279,8 @@ TEST_F(PolylineTest, PositionAgainstProfileRun)
     // larger end of the range the level is that of vertex last (3); inside,
     // 1 + 2 * (5 - 10)/(0 - 10) = 2.
     const dpoint2d back[] = {{10, 1}, {0, 3}};
-    struct Row {
-        const char *what;
-        const dpoint2d *pts;
-        dpoint2d p;
-        int32_t first, last, position;
-    };
     // clang-format off
+    struct Row { const char *what; const dpoint2d *pts; dpoint2d p; int32_t first, last, position; };
     const Row rows[] = {
         {"before", pts, {-1, 0}, 0, 4, TESSAR_POLY_BEFORE}, {"after", pts, {31, 0}, 0, 4, TESSAR_POLY_BEYOND},
         {"above", pts, {5, 1}, 0, 4, TESSAR_POLY_ABOVE}, {"below", pts, {5, -1}, 0, 4, TESSAR_POLY_BELOW},
@@ -374,15 +343,9 @@ TEST_F(PolylineTest, TwoSegmentsByCode)
     // code and flags are written.
     const dpoint2d o{0, 0}, t{10, 10}, v0{5, 0}, v1{5, 10};
     const std::vector<double> none;
-    struct Row {
-        const char *what;
-        dpoint2d a, b, c, d;
-        int32_t code, flags, found;
-        dpoint2d inter;  // checked when found
-        int32_t relStart, relEnd;
-        std::vector<double> iv;
-    };
     // clang-format off
+    struct Row { const char *what; dpoint2d a, b, c, d; int32_t code, flags, found; dpoint2d inter;
+                 int32_t relStart, relEnd; std::vector<double> iv; };  // inter checked when found
     const Row rows[] = {
         {"44: wholly before", o, t, {-5, 0}, {-1, 0}, 44, 0, 0, {}, 0, 0, none},
         {"22: wholly beyond", o, t, {11, 0}, {15, 0}, 22, 0, 0, {}, 0, 0, none},
@@ -411,9 +374,8 @@ TEST_F(PolylineTest, TwoSegmentsByCode)
         forceFailure();
         const SegmentOut out = compare(r.a, r.b, r.c, r.d);
         EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(out.code, r.code);
-        EXPECT_EQ(out.flags, r.flags);
-        EXPECT_EQ(out.found, r.found);
+        EXPECT_EQ(std::vector<int32_t>({out.code, out.flags, out.found}),
+                  std::vector<int32_t>({r.code, r.flags, r.found}));
         if (r.found) {
             EXPECT_NEAR(out.inter.x, r.inter.x, 1e-12);
             EXPECT_NEAR(out.inter.y, r.inter.y, 1e-12);
@@ -436,31 +398,24 @@ TEST_F(PolylineTest, TwoSegmentsByCode)
 // c on the span, else the end of the span reached from c's side.
 TEST_F(PolylineTest, TwoSegmentsOnOneVertical)
 {
-    struct Row {
-        dpoint2d c, d;
-        int32_t relStart, relEnd, found;
-        double interY;
-    } rows[] = {
+    // clang-format off
+    struct Row { dpoint2d c, d; int32_t relStart, relEnd, found; double interY; } rows[] = {
         {{5, 4}, {5, 20}, 0, 1, 1, 4},     // c on the span
         {{5, 12}, {5, 20}, 1, 1, 0, 0},    // wholly above
         {{5, -5}, {5, -1}, -1, -1, 0, 0},  // wholly below
         {{5, -5}, {5, 20}, -1, 1, 1, 0},   // from below: the lower end
         {{5, 15}, {5, 3}, 1, 0, 1, 10},    // from above: the upper end
     };
+    // clang-format on
     for (const Row &r : rows) {
-        const SegmentOut out = compare({5, 0}, {5, 10}, r.c, r.d);
-        EXPECT_EQ(out.code, 33);
-        EXPECT_EQ(out.flags, 1 | 2 | 4 | 8 | 32);
-        EXPECT_EQ(out.xStart, 5.0);
-        EXPECT_EQ(out.xEnd, 5.0);
-        EXPECT_EQ(out.relStart, r.relStart);
-        EXPECT_EQ(out.relEnd, r.relEnd);
-        EXPECT_EQ(out.found, r.found);
-        EXPECT_EQ(out.inter.x, r.found ? 5.0 : kUntouched);
-        EXPECT_EQ(out.inter.y, r.found ? r.interY : kUntouched);
+        const SegmentOut o = compare({5, 0}, {5, 10}, r.c, r.d);
+        EXPECT_EQ(std::vector<int32_t>({o.code, o.flags, o.relStart, o.relEnd, o.found}),
+                  std::vector<int32_t>({33, 1 | 2 | 4 | 8 | 32, r.relStart, r.relEnd, r.found}));
         // Settled before any ordinate is interpolated: those stay as they were.
-        EXPECT_EQ(out.y1Start, kUntouched);
-        EXPECT_EQ(out.y2End, kUntouched);
+        const double U = kUntouched, ix = r.found ? 5.0 : U, iy = r.found ? r.interY : U;
+        EXPECT_EQ(std::vector<double>(
+                      {o.xStart, o.xEnd, o.inter.x, o.inter.y, o.y1Start, o.y1End, o.y2Start, o.y2End}),
+                  std::vector<double>({5, 5, ix, iy, U, U, U, U}));
     }
 }
 
@@ -468,14 +423,10 @@ TEST_F(PolylineTest, TwoSegmentsOnOneVertical)
 
 TEST_F(PolylineTest, LevelsAlongAChain)
 {
-    struct Row {
-        const char *what;
-        std::vector<dpoint3d> pts;
-        std::vector<int32_t> known;
-        int32_t status;
-        std::vector<double> z;  // expected levels afterwards
-    };
     // clang-format off
+    // z: the expected levels afterwards.
+    struct Row { const char *what; std::vector<dpoint3d> pts; std::vector<int32_t> known; int32_t status;
+                 std::vector<double> z; };
     const Row rows[] = {
         {"one point", {{0, 0, 1}}, {0}, TESSAR_ZINTERP_TOO_FEW, {1}},
         {"all known", {{0, 0, 1}, {5, 0, 2}}, {1, 1}, TESSAR_ZINTERP_ALL_KNOWN, {1, 2}},
@@ -564,15 +515,10 @@ TEST_F(PolylineTest, SortedAbscissas)
         y.push_back(p.y);
     EXPECT_EQ(y, (std::vector<double>{U, U, 0, 5, 10, 5, 0, -5, -10}));  // -5 = 0 - 10 * 5/10
 
-    struct Row {
-        const char *what;
-        const std::vector<dpoint2d> &pts;
-        std::vector<double> xs;
-        int32_t start, last;
-        std::vector<int32_t> done;
-        std::vector<double> y;
-    };
     // clang-format off
+    struct Row { const char *what; const std::vector<dpoint2d> &pts; std::vector<double> xs;
+                 int32_t start, last;
+                 std::vector<int32_t> done; std::vector<double> y; };
     const Row rows[] = {
         {"partly before and partly after", peak, {-5, 5, 15, 25, 35}, 0, 2, {0, 1, 1, 0, 0}, {U, 5, 5, U, U}},
         {"all before", peak, {-3, -2}, 0, 1, {0, 0}, {U, U}},
@@ -601,21 +547,15 @@ TEST_F(PolylineTest, NearestOrdinateOnASwitchback)
     // never counts), then along y = 10; and up a vertical step at x = 5.
     const dpoint2d zig[] = {{0, 0}, {10, 0}, {0, 10}, {10, 10}};
     const dpoint2d step[] = {{0, 0}, {5, 0}, {5, 10}, {10, 10}};
-    struct Row {
-        const char *what;
-        const dpoint2d *pts;
-        dpoint2d q;
-        int32_t done;
-        double y;
-    } rows[] = {
-        {"nearer the upper branch", zig, {5, 8}, 1, 10},
-        {"nearer the lower branch", zig, {5, 3}, 1, 0},
-        {"as near to both: the first stays", zig, {5, 5}, 1, 0},
-        {"outside every segment", zig, {15, 5}, 0, 5},
+    // clang-format off
+    struct Row { const char *what; const dpoint2d *pts; dpoint2d q; int32_t done; double y; };
+    const Row rows[] = {
+        {"nearer the upper branch", zig, {5, 8}, 1, 10}, {"nearer the lower branch", zig, {5, 3}, 1, 0},
+        {"as near to both: the first stays", zig, {5, 5}, 1, 0}, {"outside all", zig, {15, 5}, 0, 5},
         // Segment 0 gives 0 (7 away), the step its upper end (3 away), the last 10 again.
-        {"on the step, nearer the top", step, {5, 7}, 1, 10},
-        {"on the step, nearer the foot", step, {5, 2}, 1, 0},
+        {"step, nearer the top", step, {5, 7}, 1, 10}, {"step, nearer the foot", step, {5, 2}, 1, 0},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         dpoint2d xy[] = {r.q};
@@ -624,8 +564,7 @@ TEST_F(PolylineTest, NearestOrdinateOnASwitchback)
         UTMAT_CalculerTableauYSurPolylignePlusProche(r.pts, 4, xy, done, 1, 0.001);
         EXPECT_EQ(errorWord(), 0);
         EXPECT_EQ(done[0], r.done);
-        EXPECT_EQ(xy[0].y, r.y);
-        EXPECT_EQ(xy[0].x, r.q.x);
+        EXPECT_EQ(std::vector<double>({xy[0].x, xy[0].y}), std::vector<double>({r.q.x, r.y}));
     }
     dpoint2d xy[] = {{1, kUntouched}};
     int32_t done[] = {kUntouchedIndex}, last = kUntouchedIndex;
@@ -641,19 +580,16 @@ TEST_F(PolylineTest, NearestOrdinateOnASwitchback)
 
 TEST_F(PolylineTest, AreaOfClosedContours)
 {
-    struct Row {
-        const char *what;
-        std::vector<dpoint2d> pts;
-        double area;
-    } rows[] = {
+    // clang-format off
+    struct Row { const char *what; std::vector<dpoint2d> pts; double area; };
+    const Row rows[] = {
         {"square, clockwise", {{1, 1}, {1, 11}, {11, 11}, {11, 1}, {1, 1}}, 100},
         {"square, counter-clockwise", {{1, 1}, {11, 1}, {11, 11}, {1, 11}, {1, 1}}, 100},
-        {"right triangle 4 by 3", {{0, 0}, {4, 0}, {0, 3}, {0, 0}}, 6},
-        // Without the repeated first vertex the closing edge is missing:
-        // shoelace terms -10 + 110 + 110, halved.
+        // Without the repeated first vertex the closing edge is missing: shoelace -10 + 110 + 110, halved.
         {"square not closed", {{1, 1}, {1, 11}, {11, 11}, {11, 1}}, 105},
-        {"empty", {}, 0},
+        {"right triangle 4 by 3", {{0, 0}, {4, 0}, {0, 3}, {0, 0}}, 6}, {"empty", {}, 0},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         double area = kUntouched;
@@ -680,35 +616,26 @@ TEST_F(PolylineTest, SurveyShotsAgainstACrossSection)
     ASSERT_EQ(errorWord(), 0);
     ASSERT_EQ(n, 9);
 
-    int32_t croissant = 0;
-    UTMAT_VerifierCroissanceAbscissePolyligne(section, n, 0.001, &croissant);
-    EXPECT_EQ(croissant, 1);
-
     // The shot at offset 3.2 falls in the lane from the axis (vertex 4) to
     // the lane edge (vertex 5); the lane level there is 100 - 0.025 * 3.2 = 99.92.
-    int32_t index = -1, found = 0;
+    int32_t croissant = 0, index = -1, found = 0, done[1] = {0}, last = -1;
+    UTMAT_VerifierCroissanceAbscissePolyligne(section, n, 0.001, &croissant);
     UTMAT_RecupererDebutIntervalleContenantAbscisse(section, 0, n, 3.2, &index, &found);
-    EXPECT_EQ(found, 1);
-    EXPECT_EQ(index, 4);
+    EXPECT_EQ(std::vector<int32_t>({croissant, found, index}), std::vector<int32_t>({1, 1, 4}));
     dpoint2d xy[] = {{3.2, 0.0}};
-    int32_t done[1] = {0}, last = -1;
     UTMAT_CalculerTableauYSurPolyligne(section, n, xy, done, 1, 0, 0.001, &last);
     EXPECT_EQ(done[0], 1);
     EXPECT_NEAR(xy[0].y, 99.92, 1e-12);
 
     // A shot 1 cm above the lane is above, one on it within 5 mm is on it,
     // one in the right ditch 2 cm low is below.
-    struct Shot {
-        dpoint2d p;
-        int32_t position;
-    } shots[] = {{{3.2, 99.93}, TESSAR_POLY_ABOVE},
-                 {{3.2, 99.924}, TESSAR_POLY_ON},
-                 {{10.5, 98.38}, TESSAR_POLY_BELOW}};
-    for (const Shot &s : shots) {
-        int32_t position = kUntouchedIndex;
-        UTMAT_ComparerPositionPointPolyligne(section, n, &s.p, 0, n - 1, 0.005, &position);
-        EXPECT_EQ(position, s.position);
+    const dpoint2d shots[] = {{3.2, 99.93}, {3.2, 99.924}, {10.5, 98.38}};
+    std::vector<int32_t> positions;
+    for (const dpoint2d &p : shots) {
+        int32_t &position = positions.emplace_back(kUntouchedIndex);
+        UTMAT_ComparerPositionPointPolyligne(section, n, &p, 0, n - 1, 0.005, &position);
     }
+    EXPECT_EQ(positions, (std::vector<int32_t>{TESSAR_POLY_ABOVE, TESSAR_POLY_ON, TESSAR_POLY_BELOW}));
     MEM_LibererTableau(reinterpret_cast<void **>(&section));
     EXPECT_EQ(errorWord(), 0);
 }
