@@ -1,7 +1,6 @@
 // Conversions of surveying: angle units, azimuth and direction, quadrants,
-// sexagesimal splitting, rounding to a step, feet and the degree of curve.
-// Expected values are closed forms (pi, 1200/3937 m, 18000/pi) or worked by
-// hand in the comments.
+// sexagesimal splitting, rounding to a step, feet and the degree of curve;
+// expected values are closed forms or worked by hand.
 #include <tessar/conversion.h>
 
 #include <gtest/gtest.h>
@@ -20,35 +19,22 @@ TEST(ConversionAngles, UnitsAgainstClosedForms)
     EXPECT_DOUBLE_EQ(tsConversion_degreeToRadian(180.0), kPi);
     EXPECT_DOUBLE_EQ(tsConversion_degreeToRadian(-45.0), -kPi / 4.0);
     EXPECT_DOUBLE_EQ(tsConversion_radianToDegree(kPi / 2.0), 90.0);
-    EXPECT_DOUBLE_EQ(tsConversion_gradToRadian(200.0), kPi);
     EXPECT_DOUBLE_EQ(tsConversion_gradToRadian(50.0), kPi / 4.0);
     EXPECT_DOUBLE_EQ(tsConversion_radianToGrad(kPi), 200.0);
-    EXPECT_DOUBLE_EQ(tsConversion_radianToGrad(tsConversion_degreeToRadian(90.0)), 100.0);
 }
 
-TEST(ConversionAngles, UnitRoundTrips)
-{
-    for (double a = -725.0; a <= 725.0; a += 12.345) {
-        EXPECT_NEAR(tsConversion_radianToDegree(tsConversion_degreeToRadian(a)), a, 1e-12) << a;
-        const double r = a / 100.0;
-        EXPECT_NEAR(tsConversion_gradToRadian(tsConversion_radianToGrad(r)), r, 1e-14) << r;
-    }
-}
-
+// Azimuth clockwise from north against direction counter-clockwise from east.
 TEST(ConversionAzimuth, NorthIsUpAndEastIsZero)
 {
-    struct Row {
+    const struct Row {
         double azimuth, direction;
-    };
-    // Azimuth clockwise from north against direction counter-clockwise from east.
-    const Row rows[] = {
-        {0.0, kPi / 2.0},                    // north
-        {kPi / 2.0, 0.0},                    // east
-        {kPi, 3.0 * kPi / 2.0},              // south
-        {3.0 * kPi / 2.0, kPi},              // west
-        {-kPi / 2.0, kPi},                   // west again, from a negative azimuth
-        {kPi / 4.0, kPi / 4.0},              // north-east is its own image
-        {3.0 * kPi / 4.0, 7.0 * kPi / 4.0},  // south-east
+    } rows[] = {
+        {0.0, kPi / 2.0},
+        {kPi / 2.0, 0.0},  // north, east
+        {kPi, 3.0 * kPi / 2.0},
+        {-kPi / 2.0, kPi},  // south, west from a negative azimuth
+        {kPi / 4.0, kPi / 4.0},
+        {3.0 * kPi / 4.0, 7.0 * kPi / 4.0},  // north-east is its own image
         {2.0 * kPi + kPi / 2.0, 0.0},        // more than a turn
     };
     for (const Row &r : rows) {
@@ -57,25 +43,17 @@ TEST(ConversionAzimuth, NorthIsUpAndEastIsZero)
                     1e-14)
             << r.direction;
     }
-}
-
-TEST(ConversionAzimuth, MappingIsItsOwnInverseAndStaysInOneTurn)
-{
     for (double a = 0.0; a < 2.0 * kPi; a += 0.0137) {
         const double d = tsConversion_azimuthToDirection(a);
-        EXPECT_GE(d, 0.0);
-        EXPECT_LT(d, 2.0 * kPi);
-        EXPECT_NEAR(tsConversion_directionToAzimuth(d), a, 1e-13) << a;
+        EXPECT_TRUE(d >= 0.0 && d < 2.0 * kPi) << a;  // stays in one turn
     }
 }
 
 TEST(ConversionAzimuth, DegreesOnBothSides)
 {
-    struct Row {
+    const struct Row {
         double azimuth, direction;
-    };
-    const Row rows[] = {{0.0, 90.0},    {90.0, 0.0},    {45.0, 45.0},
-                        {135.0, 315.0}, {270.0, 180.0}, {-30.0, 120.0}};
+    } rows[] = {{0.0, 90.0}, {135.0, 315.0}, {270.0, 180.0}, {-30.0, 120.0}};
     for (const Row &r : rows) {
         EXPECT_NEAR(tsConversion_azimuthToDirectionDegree(r.azimuth), r.direction, 1e-12) << r.azimuth;
         EXPECT_NEAR(tsConversion_directionToAzimuthDegree(r.direction), std::fmod(r.azimuth + 360.0, 360.0),
@@ -86,26 +64,22 @@ TEST(ConversionAzimuth, DegreesOnBothSides)
 
 TEST(ConversionQuadrant, BoundariesLieTheToleranceEarly)
 {
-    struct Row {
+    const struct Row {
         double direction;
         int32_t quadrant;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {0.0, 1},
-        {0.7, 1},
         {kPi / 2.0 - 6e-8, 1},  // beyond the tolerance before north: still NE
         {kPi / 2.0 - 1e-8, 4},  // within it: already NW
-        {kPi / 2.0, 4},
         {3.0, 4},
         {kPi - 1e-8, 3},
         {4.0, 3},
         {3.0 * kPi / 2.0 - 1e-8, 2},
-        {5.5, 2},
         {2.0 * kPi - 6e-8, 2},
         {2.0 * kPi - 1e-8, 0},  // a hair short of east is in no quadrant
         {-1e-8, 0},             // the same, from below zero
-        {2.0 * kPi + 0.1, 1},   // normalised first
-        {-kPi / 4.0, 2},
+        {2.0 * kPi + 0.1, 1},
+        {-kPi / 4.0, 2},  // normalised first
     };
     for (const Row &r : rows)
         EXPECT_EQ(tsConversion_quadrantNumber(r.direction), r.quadrant) << r.direction;
@@ -113,62 +87,51 @@ TEST(ConversionQuadrant, BoundariesLieTheToleranceEarly)
 
 TEST(ConversionSexagesimal, DegreesToDegreesAndMinutes)
 {
-    struct Row {
+    const struct Row {
         double value;
         int32_t degrees;
         double minutes;
-    };
-    const Row rows[] = {
-        {10.5, 10, 30.0},
-        {-10.5, -10, -30.0},  // both with the sign of the value
-        {0.25, 0, 15.0},
-        {-0.25, 0, -15.0},
-        {10.9999999999, 11, 0.0},    // minutes 59.999999994: within 5e-8 of 60
-        {-10.9999999999, -11, 0.0},  // and of -60
-        {10.999999, 10, 59.99994},   // 6e-5 short of 60: left alone
+    } rows[] = {
+        {10.5, 10, 30.0},           {-10.5, -10, -30.0},       // both with the sign of the value
+        {-0.25, 0, -15.0},          {10.9999999999, 11, 0.0},  // minutes 59.999999994: within 5e-8 of 60
+        {-10.9999999999, -11, 0.0},                            // and of -60
+        {10.999999, 10, 59.99994},                             // 6e-5 short of 60: left alone
     };
     for (const Row &r : rows) {
         int32_t d = -99;
         double m = -99.0;
         EXPECT_EQ(tsConversion_degreeToDM(&d, &m, r.value), 0);
-        EXPECT_EQ(d, r.degrees) << r.value;
-        EXPECT_NEAR(m, r.minutes, 1e-9) << r.value;
+        EXPECT_TRUE(d == r.degrees && std::fabs(m - r.minutes) < 1e-9) << r.value << ": " << d << " " << m;
     }
     EXPECT_EQ(tsConversion_degreeToDM(nullptr, nullptr, 12.3), 0);
 }
 
 TEST(ConversionSexagesimal, DegreesToDegreesMinutesSeconds)
 {
-    struct Row {
+    const struct Row {
         double value;
         int32_t degrees, minutes;
         double seconds;
-    };
-    const Row rows[] = {
-        // 0.5125 deg = 30.75' = 30' 45"
-        {12.5125, 12, 30, 45.0},
-        {-12.5125, -12, -30, -45.0},
-        // Seconds within the tolerance of 60 carry through the minutes into the degrees.
-        {10.99999999999999, 11, 0, 0.0},
-        {-10.99999999999999, -11, 0, 0.0},
-        // 5 deg 58' 59.99999999" carries into the minutes only: 5 deg 59' 0".
-        {5.0 + 58.0 / 60.0 + 59.99999999 / 3600.0, 5, 59, 0.0},
-        // 20' 59.9999999996": seconds carry, the minutes become 21.
-        {20.0 / 60.0 + 59.9999999996 / 3600.0, 0, 21, 0.0},
-        {45.0, 45, 0, 0.0},
-    };
+    } rows[] = {// 0.5125 deg = 30.75' = 30' 45"
+                {12.5125, 12, 30, 45.0},
+                {-12.5125, -12, -30, -45.0},
+                // Seconds within the tolerance of 60 carry through the minutes into the degrees.
+                {10.99999999999999, 11, 0, 0.0},
+                {-10.99999999999999, -11, 0, 0.0},
+                // 5 deg 58' 59.99999999" carries into the minutes only: 5 deg 59' 0".
+                {5.0 + 58.0 / 60.0 + 59.99999999 / 3600.0, 5, 59, 0.0},
+                // 20' 59.9999999996": seconds carry, the minutes become 21.
+                {20.0 / 60.0 + 59.9999999996 / 3600.0, 0, 21, 0.0},
+                {45.0, 45, 0, 0.0}};
     for (const Row &r : rows) {
-        int32_t d = -99;
-        int32_t m = -99;
+        int32_t d = -99, m = -99;
         double s = -99.0;
         EXPECT_EQ(tsConversion_degreeToDMS(&d, &m, &s, r.value), 0);
-        EXPECT_EQ(d, r.degrees) << r.value;
-        EXPECT_EQ(m, r.minutes) << r.value;
-        EXPECT_NEAR(s, r.seconds, 1e-8) << r.value;
+        EXPECT_TRUE(d == r.degrees && m == r.minutes && std::fabs(s - r.seconds) < 1e-8)
+            << r.value << ": " << d << " " << m << " " << s;
     }
     int32_t m = 0;
-    EXPECT_EQ(tsConversion_degreeToDMS(nullptr, &m, nullptr, 1.5), 0);
-    EXPECT_EQ(m, 30);
+    EXPECT_TRUE(tsConversion_degreeToDMS(nullptr, &m, nullptr, 1.5) == 0 && m == 30);
 }
 
 TEST(ConversionSexagesimal, JoiningHasNoSignLogic)
@@ -180,49 +143,38 @@ TEST(ConversionSexagesimal, JoiningHasNoSignLogic)
     EXPECT_DOUBLE_EQ(tsConversion_DMSTodegree(&out, 12.0, 30.0, 45.0), 12.5125);
     EXPECT_DOUBLE_EQ(out, 12.5125);
     EXPECT_DOUBLE_EQ(tsConversion_DMSTodegree(nullptr, -10.0, 30.0, 36.0), -9.49);
-
-    // Splitting and joining again give the value back.
-    for (double v = -179.9; v < 180.0; v += 7.77) {
-        int32_t d = 0, m = 0;
-        double s = 0.0;
-        tsConversion_degreeToDMS(&d, &m, &s, v);
-        EXPECT_NEAR(tsConversion_DMSTodegree(nullptr, d, m, s), v, 1e-12) << v;
-        double mm = 0.0;
-        tsConversion_degreeToDM(&d, &mm, v);
-        EXPECT_NEAR(tsConversion_DMToDegree(nullptr, d, mm), v, 1e-12) << v;
-    }
 }
 
 TEST(ConversionRounding, ToAStep)
 {
-    struct Row {
+    const struct Row {
         double value, step;
         int32_t mode;
         double expected;
-    };
-    const Row rows[] = {
-        {2.5, 1.0, 3, 3.0},    // halves go up
-        {-2.5, 1.0, 3, -2.0},  // also for negatives: toward plus infinity
-        {-2.6, 1.0, 3, -3.0},
-        {2.4, 1.0, 3, 2.0},
-        {2.49999996, 1.0, 3, 3.0},    // within 5e-8 below the half: up
-        {2.4999999, 1.0, 3, 2.0},     // 1e-7 below: down
-        {-2.50000001, 1.0, 3, -2.0},  // the band widens upward for negatives
-        {-2.5000001, 1.0, 3, -3.0},
-        {2.5, 1.0, 1, 3.0},    // mode 1: the upper neighbour
-        {2.5, 1.0, 2, 2.0},    // mode 2: the lower one
-        {-2.5, 1.0, 1, -2.0},  // numerically upper, not by magnitude
-        {-2.5, 1.0, 2, -3.0},
-        {7.3, -0.5, 1, 7.5},  // the step is taken by its absolute value
-        {7.3, 0.5, 2, 7.0},
-        {7.0, 0.5, 1, 7.0},                // already a multiple: unchanged
-        {7.00000001, 0.5, 1, 7.00000001},  // within the tolerance of one: unchanged
-        {7.3, 0.0, 1, 7.3},                // no step: unchanged
-        {7.3, 1e-9, 3, 7.3},
-        {7.3, 0.5, 4, 0.0},  // unknown mode
-        {7.0, 0.5, 4, 7.0},  // unknown mode, nothing to round
-        {1234.5678, 100.0, 3, 1200.0},
-    };
+    } rows[] = {// Halves go up, also for negatives (toward plus infinity).
+                {2.5, 1.0, 3, 3.0},
+                {-2.5, 1.0, 3, -2.0},
+                {-2.6, 1.0, 3, -3.0},
+                {2.4, 1.0, 3, 2.0},
+                {2.49999996, 1.0, 3, 3.0},
+                {2.4999999, 1.0, 3, 2.0},  // within 5e-8 below the half: up; 1e-7: down
+                {-2.50000001, 1.0, 3, -2.0},
+                {-2.5000001, 1.0, 3, -3.0},  // the band widens upward for negatives
+                // Mode 1 the upper neighbour, mode 2 the lower, numerically, not by magnitude.
+                {2.5, 1.0, 1, 3.0},
+                {2.5, 1.0, 2, 2.0},
+                {-2.5, 1.0, 1, -2.0},
+                {-2.5, 1.0, 2, -3.0},
+                {7.3, -0.5, 1, 7.5},
+                {7.3, 0.5, 2, 7.0},  // the step is taken by its absolute value
+                // Already a multiple (within the tolerance), or no step: unchanged.
+                {7.0, 0.5, 1, 7.0},
+                {7.00000001, 0.5, 1, 7.00000001},
+                {7.3, 0.0, 1, 7.3},
+                {7.3, 1e-9, 3, 7.3},
+                {7.3, 0.5, 4, 0.0},
+                {7.0, 0.5, 4, 7.0},  // unknown mode; with nothing to round
+                {1234.5678, 100.0, 3, 1200.0}};
     for (const Row &r : rows) {
         double out = -99.0;
         const double got = tsConversion_roundDouble(&out, r.value, r.step, r.mode);
@@ -262,12 +214,6 @@ TEST(ConversionFeet, AgainstTheDefinitions)
     // One US survey foot is (1200/3937)/0.3048 international feet, and back.
     EXPECT_NEAR(tsConversion_usFootToInternationalFoot(1.0e6), 1.0e6 * 1200.0 / 3937.0 / 0.3048, 1e-6);
     EXPECT_NEAR(tsConversion_internationalFootToUsFoot(1.0e6), 1.0e6 * 0.3048 * 3937.0 / 1200.0, 1e-6);
-    for (double x = -5000.0; x <= 5000.0; x += 333.3) {
-        EXPECT_NEAR(tsConversion_meterToUsFoot(tsConversion_usfootToMeter(x)), x, 1e-9) << x;
-        EXPECT_NEAR(tsConversion_meterToInternationalFoot(tsConversion_internationalFootToMeter(x)), x, 1e-9);
-        EXPECT_NEAR(tsConversion_internationalFootToUsFoot(tsConversion_usFootToInternationalFoot(x)), x,
-                    1e-8);
-    }
 }
 
 TEST(ConversionDegreeOfCurve, ByArc)
@@ -278,12 +224,8 @@ TEST(ConversionDegreeOfCurve, ByArc)
     EXPECT_NEAR(tsConversion_radiusToDegree(-oneDegree / 4.0), -4.0, 1e-13);  // keeps the sign
     EXPECT_NEAR(tsConversion_degreeToRadius(1.0), oneDegree, 1e-10);
     EXPECT_NEAR(tsConversion_degreeToRadius(-2.0), -oneDegree / 2.0, 1e-10);
-    EXPECT_EQ(tsConversion_radiusToDegree(5e-8), 0.0);
-    EXPECT_EQ(tsConversion_radiusToDegree(-4e-8), 0.0);
-    EXPECT_EQ(tsConversion_degreeToRadius(5e-8), 0.0);
-    EXPECT_NE(tsConversion_degreeToRadius(6e-8), 0.0);
-    for (double r = 60.0; r < 20000.0; r *= 1.7)
-        EXPECT_NEAR(tsConversion_degreeToRadius(tsConversion_radiusToDegree(r)), r, r * 1e-14) << r;
+    EXPECT_TRUE(tsConversion_radiusToDegree(5e-8) == 0.0 && tsConversion_radiusToDegree(-4e-8) == 0.0);
+    EXPECT_TRUE(tsConversion_degreeToRadius(5e-8) == 0.0 && tsConversion_degreeToRadius(6e-8) != 0.0);
 }
 
 TEST(ConversionDegreeOfCurve, ByChord)
@@ -292,29 +234,25 @@ TEST(ConversionDegreeOfCurve, ByChord)
     EXPECT_NEAR(tsConversion_radiusToDegreeChord(100.0), 60.0, 1e-12);
     EXPECT_DOUBLE_EQ(tsConversion_radiusToDegreeChord(50.0), 180.0);
     EXPECT_DOUBLE_EQ(tsConversion_radiusToDegreeChord(-50.0), -180.0);
-    EXPECT_EQ(tsConversion_radiusToDegreeChord(49.0), 0.0);  // the chord does not fit
-    EXPECT_EQ(tsConversion_radiusToDegreeChord(-49.999), 0.0);
+    EXPECT_TRUE(tsConversion_radiusToDegreeChord(49.0) == 0.0 &&
+                tsConversion_radiusToDegreeChord(-49.999) == 0.0);  // the chord does not fit
     EXPECT_NEAR(tsConversion_degreeToRadiusChord(60.0), 100.0, 1e-12);
     EXPECT_NEAR(tsConversion_degreeToRadiusChord(180.0), 50.0, 1e-12);
-    EXPECT_EQ(tsConversion_degreeToRadiusChord(0.0), 0.0);
-    EXPECT_EQ(tsConversion_degreeToRadiusChord(-5e-8), 0.0);
-    for (double r = 55.0; r < 20000.0; r *= 1.9)
-        EXPECT_NEAR(tsConversion_degreeToRadiusChord(tsConversion_radiusToDegreeChord(r)), r, r * 1e-12) << r;
+    EXPECT_TRUE(tsConversion_degreeToRadiusChord(0.0) == 0.0 &&
+                tsConversion_degreeToRadiusChord(-5e-8) == 0.0);
     // The chord form gives a slightly larger degree than the arc form.
     EXPECT_GT(tsConversion_radiusToDegreeChord(500.0), tsConversion_radiusToDegree(500.0));
 }
 
 TEST(ConversionText, DecimalsAreLimitedToZeroToEight)
 {
-    struct Row {
+    const struct Row {
         double value;
         int32_t decimals;
         const char *text;
-    };
-    const Row rows[] = {
-        {kPi, 12, "3.14159265"},  // 12 decimals print 8
-        {kPi, 8, "3.14159265"},  {kPi, 3, "3.142"}, {kPi, 0, "3"}, {kPi, -3, "3"}, {-1234.5, 2, "-1234.50"},
-    };
+    } rows[] = {{kPi, 12, "3.14159265"},  // 12 decimals print 8
+                {kPi, 8, "3.14159265"},  {kPi, 3, "3.142"},       {kPi, 0, "3"},
+                {kPi, -3, "3"},          {-1234.5, 2, "-1234.50"}};
     for (const Row &r : rows) {
         char buffer[64];
         std::memset(buffer, 'x', sizeof buffer);

@@ -22,13 +22,12 @@ double rad(double degrees)
 
 TEST(FormatAngle, PiecesCarryAtSixtyAndShowTheSignInTheDegrees)
 {
-    struct Row {
+    // clang-format off
+    const struct Row {
         double degrees;
         int32_t mode, decimals, truncate, pad, keep, plus;
         const char *first, *second, *third;
-    };
-    // clang-format off
-    const Row rows[] = {
+    } rows[] = {
         // 10.99999999 = 10 59' 59.999964": seconds print 60.00 and carry twice;
         // the minutes 59.9999994 print 60.00 and carry once, but not at 6 decimals.
         {10.99999999, 3, 2, 0, 1, 0, 0, "00.00", "00", "011"},
@@ -63,24 +62,21 @@ TEST(FormatAngle, PiecesCarryAtSixtyAndShowTheSignInTheDegrees)
 
 TEST(FormatAngle, LabelsFlagsAndModes)
 {
-    struct Row {
+    const struct Row {
         double degrees;
         int32_t mode, decimals, flags;
         const char *degreeLabel, *expected;
-    };
-    const Row rows[] = {
-        {45.50416666666667, 3, 2, 0, "d", "45d 30' 15.00\""},
-        {45.50416666666667, 3, 2, 16, "d", "45d30'15.00\""},
-        {45.50416666666667, 3, 0, 4, "d", "045d 30' 15\""},
-        {45.5, 2, 1, 0, "d", "45d 30.0'"},
-        {45.5, 1, 2, 0, "d", "45.50d"},
-        {45.0, 1, 0, 64, "d", "+45d"},
-        {10.999, 1, 2, 2, "d", "10.99d"},
-        {90.0, 4, 1, 0, "d", "100.0g"},
-        {45.0, 1, 0, 0, "deg%%", "45deg%"},  // a label is a format: %% is one percent sign
-        {45.0, 1, 0, 0, "GraphicCircle", "45%%d"},
-        {45.0, 1, 0, 0, nullptr, "45"},
-    };
+    } rows[] = {{45.50416666666667, 3, 2, 0, "d", "45d 30' 15.00\""},
+                {45.50416666666667, 3, 2, 16, "d", "45d30'15.00\""},
+                {45.50416666666667, 3, 0, 4, "d", "045d 30' 15\""},
+                {45.5, 2, 1, 0, "d", "45d 30.0'"},
+                {45.5, 1, 2, 0, "d", "45.50d"},
+                {45.0, 1, 0, 64, "d", "+45d"},
+                {10.999, 1, 2, 2, "d", "10.99d"},
+                {90.0, 4, 1, 0, "d", "100.0g"},
+                {45.0, 1, 0, 0, "deg%%", "45deg%"},  // a label is a format: %% is one percent sign
+                {45.0, 1, 0, 0, "GraphicCircle", "45%%d"},
+                {45.0, 1, 0, 0, nullptr, "45"}};
     for (const Row &r : rows) {
         char text[128];
         EXPECT_EQ(tsFormat_getFormattedAngleExt(text, rad(r.degrees), r.mode, r.decimals, r.flags,
@@ -98,13 +94,12 @@ TEST(FormatAngle, LabelsFlagsAndModes)
 
 TEST(FormatDirection, StylesByQuadrant)
 {
-    struct Row {
+    // clang-format off
+    const struct Row {
         double degrees;  // mathematical direction
         int32_t mode, style, decimals, flags;
         const char *expected;
-    };
-    // clang-format off
-    const Row rows[] = {
+    } rows[] = {
         {45.0, 1, 3, 0, 0, "N 45 E"}, {60.0, 1, 3, 0, 0, "N 30 E"}, {120.0, 1, 3, 0, 0, "N 30 W"},
         {200.0, 1, 3, 0, 0, "S 70 W"}, {300.0, 1, 3, 0, 0, "S 30 E"}, {45.0, 4, 3, 0, 0, "N 50 E"},
         {45.5, 3, 3, 0, 4, "N 44 30 00 E"}, {45.0, 1, 3, 0, 32, "N45E"},  // bearing degrees pad to 2
@@ -140,25 +135,22 @@ TEST(FormatDirection, StylesByQuadrant)
 
 TEST(FormatDirection, CardinalIndexIsReadFromThePrintedText)
 {
-    struct Row {
+    const struct Row {
         double degrees;
         int32_t mode, style, decimals, quadrant, cardinal;
-    };
-    const Row rows[] = {
-        {90.0, 1, 1, 0, 4, 1},      // pi / 2 opens quadrant 4; 90 is north
-        {89.6, 1, 1, 0, 1, 1},      // prints 90
-        {89.6, 1, 1, 1, 1, -1},     // prints 89.6
-        {180.0, 1, 3, 0, 4, 4},     // on west: quadrant 4, bearing 90
-        {180.0005, 1, 3, 2, 4, 4},  // 8.7e-6 rad past pi: still quadrant 4
-        {180.001, 1, 3, 2, 3, 4},   // 1.7e-5 past: quadrant 3, bearing prints 90.00
-        {260.0, 1, 3, 0, 3, -1},    // S 10 W
-        {0.0, 1, 2, 0, 1, 2},       // azimuth 90: east
-        {90.0, 4, 1, 0, 4, 1},      // 100 grads
-        {90.0, 3, 1, 0, 4, 1},      // 90 0 0
-        {90.5, 2, 1, 0, 4, -1},     // 90 30.0
-        {90.0, 5, 1, 2, 4, -1},     // radians show no whole value
-        {30.0, 1, 3, 0, 1, -1},
-    };
+    } rows[] = {{90.0, 1, 1, 0, 4, 1},      // pi / 2 opens quadrant 4; 90 is north
+                {89.6, 1, 1, 0, 1, 1},      // prints 90
+                {89.6, 1, 1, 1, 1, -1},     // prints 89.6
+                {180.0, 1, 3, 0, 4, 4},     // on west: quadrant 4, bearing 90
+                {180.0005, 1, 3, 2, 4, 4},  // 8.7e-6 rad past pi: still quadrant 4
+                {180.001, 1, 3, 2, 3, 4},   // 1.7e-5 past: quadrant 3, bearing prints 90.00
+                {260.0, 1, 3, 0, 3, -1},    // S 10 W
+                {0.0, 1, 2, 0, 1, 2},       // azimuth 90: east
+                {90.0, 4, 1, 0, 4, 1},      // 100 grads
+                {90.0, 3, 1, 0, 4, 1},      // 90 0 0
+                {90.5, 2, 1, 0, 4, -1},     // 90 30.0
+                {90.0, 5, 1, 2, 4, -1},     // radians show no whole value
+                {30.0, 1, 3, 0, 1, -1}};
     for (const Row &r : rows) {
         char a[64], b[64], c[64];
         int32_t quadrant = 0, cardinal = 0;
@@ -197,14 +189,12 @@ TEST(FormatGeodetic, OrdinatesWithHemisphere)
         int32_t kind;
         double degrees;
         const char *expected;
-    } rows[] = {
-        {0, 45.50416666666667, "45\xB0 30' 15\" N"},
-        {0, -33.5, "33\xB0 30' 0\" S"},
-        {1, -122.25, "122\xB0 15' 0\" W"},
-        {1, 0.0, "0\xB0 0' 0\" E"},
-        {0, 10.99988888888889, "11\xB0 0' 0\" N"},  // 10 59' 59.6" rounds up and carries
-        {7, 12.5, "12\xB0 30' 0\""},
-    };
+    } rows[] = {{0, 45.50416666666667, "45\xB0 30' 15\" N"},
+                {0, -33.5, "33\xB0 30' 0\" S"},
+                {1, -122.25, "122\xB0 15' 0\" W"},
+                {1, 0.0, "0\xB0 0' 0\" E"},
+                {0, 10.99988888888889, "11\xB0 0' 0\" N"},  // 10 59' 59.6" rounds up and carries
+                {7, 12.5, "12\xB0 30' 0\""}};
     for (const auto &r : rows) {
         char text[64];
         EXPECT_EQ(tsFormat_getFormattedGeodeticOrdinate(text, r.kind, rad(r.degrees)), 0);
@@ -221,16 +211,14 @@ TEST(FormatGeodetic, ReadingGivesOnlyTheSignedZeroOfTheHemisphere)
         int32_t status;
         bool negative;
         const char *rest;
-    } rows[] = {
-        {0, " 45 30 15 N ", 0, false, "45 30 15 "},
-        {0, "45 30 s", 0, true, "45 30 "},
-        {1, "122 15 W", 0, true, "122 15 "},
-        {1, "8 e", 0, false, "8 "},
-        {0, "-33 30", 0, true, "33 30"},
-        {0, "10 W", 0, false, "10 W"},  // W is no latitude letter
-        {2, "10 N", kFailure, false, "10 N"},
-        {0, "   ", kFailure, false, ""},
-    };
+    } rows[] = {{0, " 45 30 15 N ", 0, false, "45 30 15 "},
+                {0, "45 30 s", 0, true, "45 30 "},
+                {1, "122 15 W", 0, true, "122 15 "},
+                {1, "8 e", 0, false, "8 "},
+                {0, "-33 30", 0, true, "33 30"},
+                {0, "10 W", 0, false, "10 W"},  // W is no latitude letter
+                {2, "10 N", kFailure, false, "10 N"},
+                {0, "   ", kFailure, false, ""}};
     for (const auto &r : rows) {
         char text[64];
         std::strcpy(text, r.text);
@@ -251,10 +239,11 @@ TEST(FormatAngle, RoundTripsThroughTheParser)
         double degrees;
         int32_t mode, decimals;
         double halfUnitDegrees;
-    } angles[] = {
-        {123.7519, 3, 2, 0.005 / 3600}, {-10.5, 3, 2, 0.005 / 3600},     {123.75, 2, 0, 0.5 / 60},
-        {123.7519, 1, 3, 0.0005},       {123.7519, 4, 4, 0.00005 * 0.9},
-    };
+    } angles[] = {{123.7519, 3, 2, 0.005 / 3600},
+                  {-10.5, 3, 2, 0.005 / 3600},
+                  {123.75, 2, 0, 0.5 / 60},
+                  {123.7519, 1, 3, 0.0005},
+                  {123.7519, 4, 4, 0.00005 * 0.9}};
     for (const auto &a : angles) {
         char text[64];
         tsFormat_getFormattedAngle(text, rad(a.degrees), a.mode, a.decimals, nullptr, nullptr, nullptr);

@@ -18,12 +18,11 @@ constexpr int32_t kFailure = 32768;
 
 TEST(FormatNumber, TruncatingAndRoundingCore)
 {
-    struct Row {
+    const struct Row {
         double value;
         int32_t decimals, truncate, pad, width;
         const char *expected;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {1.999, 2, 1, 0, 0, "1.99"},  // cut, not rounded
         {1.999, 2, 0, 0, 0, "2.00"},  // rounded
         {1.5, 0, 1, 0, 0, "1"},       // the point goes with 0 decimals
@@ -54,22 +53,19 @@ TEST(FormatNumber, TruncatingAndRoundingCore)
 
 TEST(FormatNumber, SignificantDigitsCutRatherThanRound)
 {
-    struct Row {
+    const struct Row {
         double value;
         int32_t digits;
         const char *expected;
-    };
-    const Row rows[] = {
-        {123456.7, 2, "120000"},   // k = 6: 123456 / 10^4 = 12, times 10^4
-        {1234.567, 6, "1234.56"},  // k = 4: two decimals
-        {-98765.4, 3, "-98700"},
-        {99.99, 2, "99"},     // k = 2: no decimals
-        {0.5, 3, "0.500"},    // k = 0 from 0.01 up to 1
-        {0.0123, 2, "0.01"},  // still k = 0: the digits count from the point
-        {0.005, 2, "0.005"},  // k = -1: three decimals
-        {5.0, 0, "0"},        // k = 1, no digits kept
-        {0.0, 4, "0"},
-    };
+    } rows[] = {{123456.7, 2, "120000"},   // k = 6: 123456 / 10^4 = 12, times 10^4
+                {1234.567, 6, "1234.56"},  // k = 4: two decimals
+                {-98765.4, 3, "-98700"},
+                {99.99, 2, "99"},     // k = 2: no decimals
+                {0.5, 3, "0.500"},    // k = 0 from 0.01 up to 1
+                {0.0123, 2, "0.01"},  // still k = 0: the digits count from the point
+                {0.005, 2, "0.005"},  // k = -1: three decimals
+                {5.0, 0, "0"},        // k = 1, no digits kept
+                {0.0, 4, "0"}};
     for (const Row &r : rows) {
         char text[64];
         EXPECT_EQ(tsFormat_doubleBySignificantDigits(text, r.value, r.digits), 0);
@@ -91,12 +87,10 @@ TEST(FormatNumber, PrefixSuffixAndPaddedIntegers)
     EXPECT_EQ(std::strlen(text), 263u);
     EXPECT_EQ(tsFormat_doubleWithPrefixSuffix(nullptr, "a", "b", 1, 1.0), kFailure);
 
-    struct Row {
+    const struct Row {
         int32_t value, width;
         const char *expected;
-    };
-    const Row rows[] = {
-        {42, 5, "00042"}, {42, 0, "42"}, {7, -3, "7"}, {-42, 5, "-0042"}, {123456, 3, "123456"}};
+    } rows[] = {{42, 5, "00042"}, {42, 0, "42"}, {7, -3, "7"}, {-42, 5, "-0042"}, {123456, 3, "123456"}};
     for (const Row &r : rows) {
         EXPECT_EQ(tsFormat_getPaddedInteger(text, r.value, r.width), 0);
         EXPECT_STREQ(text, r.expected);
@@ -106,17 +100,15 @@ TEST(FormatNumber, PrefixSuffixAndPaddedIntegers)
 
 TEST(FormatSlope, FiveNotationsAndVerticals)
 {
-    struct Row {
+    const struct Row {
         double slope;
         int32_t mode, decimals;
         const char16_t *expected;
-    };
-    const Row rows[] = {
-        {0.5, 1, 2, u"2.00:1"},   {0.5, 2, 2, u"0.50:1"}, {0.5, 3, 2, u"50.00%"},   {0.5, 4, 2, u"0.50"},
-        {0.5, 5, 2, u"500.00%o"}, {0.0, 1, 2, u"0.00:1"}, {-0.25, 1, 1, u"-4.0:1"}, {-0.02, 3, 0, u"-2%"},
-        {1e100, 3, 2, u"oo"},     {-1e100, 3, 2, u"-oo"}, {2e100, 9, 2, u"oo"},     {9.9e99, 0, 2, u""},
-        {0.5, 6, 2, u""},
-    };
+    } rows[] = {{0.5, 1, 2, u"2.00:1"},   {0.5, 2, 2, u"0.50:1"},   {0.5, 3, 2, u"50.00%"},
+                {0.5, 4, 2, u"0.50"},     {0.5, 5, 2, u"500.00%o"}, {0.0, 1, 2, u"0.00:1"},
+                {-0.25, 1, 1, u"-4.0:1"}, {-0.02, 3, 0, u"-2%"},    {1e100, 3, 2, u"oo"},
+                {-1e100, 3, 2, u"-oo"},   {2e100, 9, 2, u"oo"},     {9.9e99, 0, 2, u""},
+                {0.5, 6, 2, u""}};
     for (const Row &r : rows) {
         char16_t text[256];
         std::fill(std::begin(text), std::end(text), u'#');

@@ -16,45 +16,42 @@ constexpr int32_t kParseFailure = static_cast<int32_t>(0x80004005u);
 
 TEST(FormatStation, StylesLeadingAndNegativeStations)
 {
-    struct Row {
+    const struct Row {
         double value;
         int32_t decimals, style, leading, signedRemainder;
         const char *expected;
-    };
-    const Row rows[] = {
-        {1234.56, 2, 2, 0, 0, "12+34.56"},
-        {1234.56, 2, 3, 0, 0, "1+234.56"},
-        {1234.56, 2, 0, 0, 0, "1234.56"},
-        {1205.0, 2, 2, 0, 0, "12+05.00"},
-        {1205.0, 2, 3, 0, 0, "1+205.00"},
-        {1005.0, 1, 3, 0, 0, "1+005.0"},
-        {123456.789, 0, 3, 0, 0, "123+457"},
-        // Below one station: bare, "+r" and "0+r", padded except when bare.
-        {35.0, 2, 2, 0, 0, "35.00"},
-        {35.0, 2, 2, 1, 0, "+35.00"},
-        {35.0, 2, 2, 2, 0, "0+35.00"},
-        {5.0, 2, 2, 2, 0, "0+05.00"},
-        {5.0, 2, 3, 2, 0, "0+005.00"},
-        {5.0, 2, 2, 0, 0, "5.00"},
-        {0.0, 3, 2, 1, 0, "+00.000"},
-        // Rounding before the split: 1299.999 is 13 stations and -0.001.
-        {1299.999, 2, 2, 0, 0, "13+00.00"},
-        {99.999, 2, 2, 0, 0, "1+00.00"},
-        // A remainder that prints as 10.00 (or 100.00) gets no zero.
-        {9.999, 2, 2, 1, 0, "+10.00"},
-        {99.996, 2, 3, 1, 0, "+100.00"},
-        // -5: no whole station, remainder -5 printed as 0; thousands have no "-0+".
-        {-5.0, 2, 2, 2, 0, "-0+00.00"},
-        {-5.0, 2, 3, 2, 0, "0+000.00"},
-        // -150 in hundreds: -1 station and -50, cleared or made positive.
-        {-150.0, 2, 2, 0, 0, "-1+00.00"},
-        {-150.0, 2, 2, 0, 1, "-1+50.00"},
-        // Thousands take the absolute remainder only beside whole stations.
-        {-1150.0, 2, 3, 0, 1, "-1+150.00"},
-        {-1150.0, 2, 3, 0, 0, "-1+000.00"},
-        {-150.0, 2, 3, 0, 1, "-150.00"},
-        {-150.0, 2, 3, 0, 0, "0.00"},
-    };
+    } rows[] = {{1234.56, 2, 2, 0, 0, "12+34.56"},
+                {1234.56, 2, 3, 0, 0, "1+234.56"},
+                {1234.56, 2, 0, 0, 0, "1234.56"},
+                {1205.0, 2, 2, 0, 0, "12+05.00"},
+                {1205.0, 2, 3, 0, 0, "1+205.00"},
+                {1005.0, 1, 3, 0, 0, "1+005.0"},
+                {123456.789, 0, 3, 0, 0, "123+457"},
+                // Below one station: bare, "+r" and "0+r", padded except when bare.
+                {35.0, 2, 2, 0, 0, "35.00"},
+                {35.0, 2, 2, 1, 0, "+35.00"},
+                {35.0, 2, 2, 2, 0, "0+35.00"},
+                {5.0, 2, 2, 2, 0, "0+05.00"},
+                {5.0, 2, 3, 2, 0, "0+005.00"},
+                {5.0, 2, 2, 0, 0, "5.00"},
+                {0.0, 3, 2, 1, 0, "+00.000"},
+                // Rounding before the split: 1299.999 is 13 stations and -0.001.
+                {1299.999, 2, 2, 0, 0, "13+00.00"},
+                {99.999, 2, 2, 0, 0, "1+00.00"},
+                // A remainder that prints as 10.00 (or 100.00) gets no zero.
+                {9.999, 2, 2, 1, 0, "+10.00"},
+                {99.996, 2, 3, 1, 0, "+100.00"},
+                // -5: no whole station, remainder -5 printed as 0; thousands have no "-0+".
+                {-5.0, 2, 2, 2, 0, "-0+00.00"},
+                {-5.0, 2, 3, 2, 0, "0+000.00"},
+                // -150 in hundreds: -1 station and -50, cleared or made positive.
+                {-150.0, 2, 2, 0, 0, "-1+00.00"},
+                {-150.0, 2, 2, 0, 1, "-1+50.00"},
+                // Thousands take the absolute remainder only beside whole stations.
+                {-1150.0, 2, 3, 0, 1, "-1+150.00"},
+                {-1150.0, 2, 3, 0, 0, "-1+000.00"},
+                {-150.0, 2, 3, 0, 1, "-150.00"},
+                {-150.0, 2, 3, 0, 0, "0.00"}};
     for (const Row &r : rows) {
         char text[64] = "garbage";
         EXPECT_EQ(
@@ -123,14 +120,13 @@ TEST(FormatStation, SeriesLabelsShowPartOfTheStation)
 TEST(FormatStation, TakingApartPrefixStationRegionAndSuffix)
 {
     // Outputs that a failure does not reach keep -1, -7 and "?".
-    struct Row {
+    const struct Row {
         const char *text;
         int32_t status;
         double value;
         int32_t region;
         const char *prefix, *station, *suffix;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"PRE 12+34.56 R 2 SUF", 0, 1234.56, 2, "PRE ", "12+34.56 R 2", " SUF"},
         {"  12+34.56\tR\t2 ", 0, 1234.56, 2, "", "12+34.56 R 2", ""},  // tabs clean to blanks
         {"A12+34", 0, 1234.0, 0, "", "12+34", ""},                     // one character is no prefix
