@@ -255,18 +255,16 @@ TEST(IntersectNearest, ReferencePointAndTies)
     const dpoint2d zig[] = {{1, 1}, {3, -1}, {5, 1}, {7, -1}};
     // Down to (2,0), then along to (4,0): a point and an overlap end at 1 from (3,0).
     const dpoint2d step[] = {{2, 1}, {2, 0}, {4, 0}};
-    struct Row {
-        const char *what;
-        const dpoint2d *poly;
-        dpoint2d ref;
-        int32_t acceptRef, foundPoint, foundOverlap;
-        Hit want;
-    } rows[] = {
+    // clang-format off
+    struct Row { const char *what; const dpoint2d *poly; dpoint2d ref;
+                 int32_t acceptRef, foundPoint, foundOverlap;
+                 Hit want; } rows[] = {
         {"on a crossing, accepted", zig, {4, 0}, 1, 1, 0, {{4, 0}, 4, 3 * r2}},
         {"on a crossing, passed over: the first of 2 and 6", zig, {4, 0}, 0, 1, 0, {{2, 0}, 2, r2}},
         {"tie of a point and an overlap end", step, {3, 0}, 1, 1, 0, {{2, 0}, 2, 1}},
         {"overlap end strictly nearer", step, {5, 0}, 1, 0, 1, {{4, 0}, 4, 3}},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t foundPoint = -1, foundOverlap = -1;
@@ -295,16 +293,14 @@ TEST(IntersectNearest, PolylinesAndFirstAlongPolyline1)
     EXPECT_EQ(fp, 1);
     expectHits(&p, &a1, nullptr, {{{5, 102}, 5}});
 
-    struct Row {
-        std::vector<dpoint2d> ground;
-        int32_t foundPoint, foundOverlap;
-        Hit want;
-    } rows[] = {
+    // clang-format off
+    struct Row { std::vector<dpoint2d> ground; int32_t foundPoint, foundOverlap; Hit want; } rows[] = {
         {kGround, 1, 0, {{5, 102}, 5}},
         {{{0, 100}, {10, 102}, {30, 102}, {40, 100}}, 1, 0, {{10, 102}, 10}},  // overlap start ties at 10
         {{{0, 102}, {10, 102}, {20, 98}}, 0, 1, {{0, 102}, 0}},                // overlap starts first
         {{{0, 90}, {40, 90}}, 0, 0, {{-7, -7}, -7}},                           // no meeting: nothing written
     };
+    // clang-format on
     for (const Row &r : rows) {
         p = {-7, -7};
         a1 = -7;

@@ -144,15 +144,13 @@ TEST(Tunnel, MeasureAcrossByMode)
 {
     const std::vector<dpoint3d> slanted{{0, 0, 0}, {1.5, 2, 0.3}, {3, 4, 0}},
         upright{{0, 0, 0}, {1, 0, 2}, {0, 0, 5}};
-    struct {
-        const std::vector<dpoint3d> *chain;
-        double width;
-        int32_t mode, flag;
-    } rows[] = {
+    // clang-format off
+    struct { const std::vector<dpoint3d> *chain; double width; int32_t mode, flag; } rows[] = {
         {&slanted, 0.8, 0, 1},  {&slanted, 0.8, 1, 1}, {&slanted, 0.8, 2, 0},  {&slanted, 0.7, 0, 1},
         {&slanted, 0.7, 1, 0},  {&slanted, 0.5, 0, 0}, {&upright, 0.01, 0, 0}, {&upright, 0.01, 1, 1},
         {&upright, 0.01, 2, 1}, {&slanted, 0.8, 5, 1},
     };
+    // clang-format on
     for (const auto &r : rows)
         EXPECT_EQ(tunnelFlags(*r.chain, r.width, 10.0, r.mode)[1], r.flag) << r.width << " mode " << r.mode;
 }
@@ -234,15 +232,13 @@ TEST(ThicknessOffset, PavementLayerUnderACrest)
 TEST(ThicknessOffset, JointsAlongACrossSection)
 {
     const double r2 = std::sqrt(2.0);
-    struct {
-        Profile pts;
-        std::vector<double> thick;
-        Profile want;
-    } rows[] = {
+    // clang-format off
+    struct { Profile pts; std::vector<double> thick; Profile want; } rows[] = {
         {{{0, 0}, {10, 0}}, {1}, {{0, -1}, {10, -1}}},
         {{{0, 0}, {10, 0}, {20, -10}}, {1, 1}, {{0, -1}, {11 - r2, -1}, {20 - r2, -10}}},
         {{{0, 0}, {5, 0}, {10, 0}}, {1, 2}, {{0, -1}, {5, -1}, {5, -2}, {10, -2}}},
     };
+    // clang-format on
     for (auto &r : rows) {
         Offset o(r.pts, r.thick);
         EXPECT_EQ(errorWord(), 0);
