@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -89,13 +90,7 @@ Points xy(std::initializer_list<double> c)
 
 TEST(RepeatedPoints, DroppedAgainstTheLastKeptPoint)
 {
-    struct Row {
-        const char *name;
-        Points in;
-        double tol;
-        Points kept;
-    };
-    const std::vector<Row> rows = {
+    const std::vector<std::tuple<const char *, Points, double, Points>> rows = {
         {"exact repeat, z ignored", {{0, 0, 0}, {0, 0, 5}, {1, 0, 0}}, 0.0, {{0, 0, 0}, {1, 0, 0}}},
         {"negative tol is 0", {{0, 0, 0}, {0, 0, 0}, {1e-9, 0, 0}}, -1.0, {{0, 0, 0}, {1e-9, 0, 0}}},
         // (0.6, 0.6) is 0.849 away; (0.8, 0.8) passes the box test but is 1.131 away.
@@ -105,12 +100,12 @@ TEST(RepeatedPoints, DroppedAgainstTheLastKeptPoint)
         {"last kept, not last seen", {{0, 0, 0}, {0.6, 0, 0}, {1.2, 0, 0}}, 1.0, {{0, 0, 0}, {1.2, 0, 0}}},
         {"at the tolerance", {{0, 0, 0}, {0, 0.5, 0}, {3, 0, 0}}, 0.5, {{0, 0, 0}, {3, 0, 0}}},
     };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        Points points = row.in;
+    for (const auto &[name, in, tol, kept] : rows) {
+        SCOPED_TRACE(name);
+        Points points = in;
         int32_t n = static_cast<int32_t>(points.size());
-        ASSERT_EQ(tsLineString_removeDuplicatesPointArray(points.data(), &n, row.tol), 0);
-        expectPoints(points.data(), n, row.kept);
+        ASSERT_EQ(tsLineString_removeDuplicatesPointArray(points.data(), &n, tol), 0);
+        expectPoints(points.data(), n, kept);
     }
     // Counts of at most one become one; nulls fail.
     dpoint3d p{1, 2, 3};
@@ -253,41 +248,36 @@ TEST(Knots, InsertingReleasesTheCallersArrayOnlyWhenThereAreKnots)
 
 TEST(Knots, LoopsAreCutAway)
 {
-    struct Row {
-        const char *name;
-        Points in, out;
-        int32_t knotRecords;
-    };
-    const std::vector<Row> rows = {
-        {"open loop", xy({0, 0, 10, 0, 10, 5, 5, 5, 5, -5}), xy({0, 0, 5, 0, 5, -5}), 2},
+    // Input, result, and the number of knot records (-1: some).
+    const std::vector<std::tuple<Points, Points, int32_t>> rows = {
+        {xy({0, 0, 10, 0, 10, 5, 5, 5, 5, -5}), xy({0, 0, 5, 0, 5, -5}), 2},
         // Figure eight through (0, 0), open: the lobe between the passages goes.
-        {"open figure eight", xy({-1, 1, 1, -1, 3, -1, 3, 1, 1, 1, -1, -1}), xy({-1, 1, 0, 0, -1, -1}), 2},
+        {xy({-1, 1, 1, -1, 3, -1, 3, 1, 1, 1, -1, -1}), xy({-1, 1, 0, 0, -1, -1}), 2},
         // Closed: the right lobe (6 + 2 sqrt 2) is at least the rest (2 + 2
         // sqrt 2), so the rest goes; started in the big lobe, the small goes.
-        {"closed, start in the small lobe", xy({-1, 1, 1, -1, 3, -1, 3, 1, 1, 1, -1, -1, -1, 1}),
-         xy({0, 0, 1, -1, 3, -1, 3, 1, 1, 1, 0, 0}), 2},
-        {"closed, start in the big lobe", xy({3, -1, 3, 1, 1, 1, -1, -1, -1, 1, 1, -1, 3, -1}),
-         xy({3, -1, 3, 1, 1, 1, 0, 0, 1, -1, 3, -1}), 2},
+        {xy({-1, 1, 1, -1, 3, -1, 3, 1, 1, 1, -1, -1, -1, 1}), xy({0, 0, 1, -1, 3, -1, 3, 1, 1, 1, 0, 0}), 2},
+        {xy({3, -1, 3, 1, 1, 1, -1, -1, -1, 1, 1, -1, 3, -1}), xy({3, -1, 3, 1, 1, 1, 0, 0, 1, -1, 3, -1}),
+         2},
         // Repeated points go first; a string with no knot is kept as it is.
-        {"no knot", xy({0, 0, 1, 0, 1, 0, 1, 1}), xy({0, 0, 1, 0, 1, 1}), 0},
+        {xy({0, 0, 1, 0, 1, 0, 1, 1}), xy({0, 0, 1, 0, 1, 1}), 0},
         // Passages a b c b a c (a (0,0), b (10,0), c (10,10)): a is given up
         // (pattern a, b, ..., b, a), b's loop is cut with c's first passage.
-        {"nested passages",
-         xy({-5, 0, 0, 0, 10, 0, 10, 10, 14, 5, 10, 0, 5, -5, 0, 0, -5, 10, 10, 10, 10, 20}),
+        {xy({-5, 0, 0, 0, 10, 0, 10, 10, 14, 5, 10, 0, 5, -5, 0, 0, -5, 10, 10, 10, 10, 20}),
          xy({-5, 0, 0, 0, 10, 0, 5, -5, 0, 0, -5, 10, 10, 10, 10, 20}), -1},
     };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        dpoint3d *points = libraryCopy(row.in);
-        int32_t n = static_cast<int32_t>(row.in.size());
+    int row = 0;
+    for (const auto &[in, out, knotRecords] : rows) {
+        SCOPED_TRACE(row++);
+        dpoint3d *points = libraryCopy(in);
+        int32_t n = static_cast<int32_t>(in.size());
         tsStringIntersection *knots = nullptr;
         int32_t count = 0;
         ASSERT_EQ(tsLineString_removeKnots(&points, &n, &knots, &count), 0);
-        if (row.knotRecords >= 0)
-            EXPECT_EQ(count, row.knotRecords);
+        if (knotRecords >= 0)
+            EXPECT_EQ(count, knotRecords);
         else
             EXPECT_GT(count, 0);
-        expectPoints(points, n, row.out);
+        expectPoints(points, n, out);
         tsMem_free(points);
         tsMem_free(knots);
     }
@@ -313,51 +303,41 @@ TEST(Knots, RemovalArguments)
 
 TEST(SegmentStream, SegmentsAreCutWithTheirNeighbours)
 {
-    struct Row {
-        const char *name;
-        Points segments;
-        int32_t closed;
-        Points string;
-        std::vector<int32_t> indices;
-    };
     const Points square = xy({0, 0, 10, 0, 10, 10, 0, 10, 0, 0});
-    const std::vector<Row> rows = {
+    // Segments, closed flag, the string, and the indices of the segments used.
+    const std::vector<std::tuple<Points, int32_t, Points, std::vector<int32_t>>> rows = {
         // Lines y = 0, x = 5, y = 6 meet at (5, 0) and (5, 6); a cut end keeps
         // the level of the end it moved.
-        {"gaps closed",
-         {{0, 0, 1}, {4, 0, 2}, {5, 1, 3}, {5, 5, 4}, {6, 6, 5}, {10, 6, 6}},
+        {{{0, 0, 1}, {4, 0, 2}, {5, 1, 3}, {5, 5, 4}, {6, 6, 5}, {10, 6, 6}},
          0,
          {{0, 0, 1}, {5, 0, 2}, {5, 6, 4}, {10, 6, 6}},
          {0, 1, 2}},
         // The middle segment (y = x - 9) is cut from (9, 0) to (8, -1),
         // backwards: eaten, and its neighbours cut with each other at (8, 0).
-        {"eaten", xy({0, 0, 10, 0, 10, 1, 11, 2, 8, 1, 8, 10}), 0, xy({0, 0, 8, 0, 8, 10}), {0, 2}},
+        {xy({0, 0, 10, 0, 10, 1, 11, 2, 8, 1, 8, 10}), 0, xy({0, 0, 8, 0, 8, 10}), {0, 2}},
         // Collinear lines do not intersect: each end stays.
-        {"collinear", xy({0, 0, 1, 0, 2, 0, 3, 0}), 0, xy({0, 0, 1, 0, 3, 0}), {0, 1}},
+        {xy({0, 0, 1, 0, 2, 0, 3, 0}), 0, xy({0, 0, 1, 0, 3, 0}), {0, 1}},
         // Parallel one apart: the second would run off its own direction.
-        {"parallel offset", xy({0, 0, 1, 0, 2, 1, 3, 1}), 0, xy({0, 0, 1, 0}), {0}},
-        {"closed square", xy({1, 0, 9, 0, 10, 1, 10, 9, 9, 10, 1, 10, 0, 9, 0, 1}), 1, square, {0, 1, 2, 3}},
+        {xy({0, 0, 1, 0, 2, 1, 3, 1}), 0, xy({0, 0, 1, 0}), {0}},
+        {xy({1, 0, 9, 0, 10, 1, 10, 9, 9, 10, 1, 10, 0, 9, 0, 1}), 1, square, {0, 1, 2, 3}},
         // Led by a chamfer on y = -x - 1: cut with the last side at (0, -1)
         // and the next at (-1, 0) it runs backwards, so it is eaten.
-        {"closed, first eaten",
-         xy({-2, 1, 1, -2, 1, 0, 9, 0, 10, 1, 10, 9, 9, 10, 1, 10, 0, 9, 0, 1}),
-         1,
-         square,
-         {1, 2, 3, 4}},
+        {xy({-2, 1, 1, -2, 1, 0, 9, 0, 10, 1, 10, 9, 9, 10, 1, 10, 0, 9, 0, 1}), 1, square, {1, 2, 3, 4}},
         // A single segment, even closed, is itself; a lone odd point is ignored.
-        {"single closed", {{0, 0, 0}, {2, 2, 1}, {7, 7, 7}}, 1, {{0, 0, 0}, {2, 2, 1}}, {0}},
+        {{{0, 0, 0}, {2, 2, 1}, {7, 7, 7}}, 1, {{0, 0, 0}, {2, 2, 1}}, {0}},
     };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
+    int row = 0;
+    for (const auto &[segments, closed, string, used] : rows) {
+        SCOPED_TRACE(row++);
         dpoint3d *points = nullptr;
         int32_t *indices = nullptr;
         int32_t pointCount = -1, indexCount = -1;
-        ASSERT_EQ(tsLine_createStreamFromSegmentArray(
-                      &points, &pointCount, &indices, &indexCount, row.segments.data(),
-                      static_cast<int32_t>(row.segments.size()), 0.001, row.closed),
+        ASSERT_EQ(tsLine_createStreamFromSegmentArray(&points, &pointCount, &indices, &indexCount,
+                                                      segments.data(), static_cast<int32_t>(segments.size()),
+                                                      0.001, closed),
                   0);
-        expectPoints(points, pointCount, row.string);
-        EXPECT_EQ(std::vector<int32_t>(indices, indices + indexCount), row.indices);
+        expectPoints(points, pointCount, string);
+        EXPECT_EQ(std::vector<int32_t>(indices, indices + indexCount), used);
         tsMem_free(points);
         tsMem_free(indices);
     }
