@@ -159,15 +159,16 @@ TEST(ConversionRounding, ToAStep)
                 {2.49999996, 1.0, 3, 3.0},
                 {2.4999999, 1.0, 3, 2.0},  // within 5e-8 below the half: up; 1e-7: down
                 {-2.50000001, 1.0, 3, -2.0},
-                {-2.5000001, 1.0, 3, -3.0},  // the band widens upward for negatives
-                // Mode 1 the upper neighbour, mode 2 the lower, numerically, not by magnitude.
+                {-2.5000001, 1.0, 3,
+                 -3.0},  // the band widens upward for negatives
+                         // Mode 1 the upper neighbour, mode 2 the lower, numerically, not by magnitude.
                 {2.5, 1.0, 1, 3.0},
                 {2.5, 1.0, 2, 2.0},
                 {-2.5, 1.0, 1, -2.0},
                 {-2.5, 1.0, 2, -3.0},
                 {7.3, -0.5, 1, 7.5},
                 {7.3, 0.5, 2, 7.0},  // the step is taken by its absolute value
-                // Already a multiple (within the tolerance), or no step: unchanged.
+                                     // Already a multiple (within the tolerance), or no step: unchanged.
                 {7.0, 0.5, 1, 7.0},
                 {7.00000001, 0.5, 1, 7.00000001},
                 {7.3, 0.0, 1, 7.3},

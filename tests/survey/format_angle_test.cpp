@@ -54,9 +54,9 @@ TEST(FormatAngle, PiecesCarryAtSixtyAndShowTheSignInTheDegrees)
         EXPECT_EQ(format_getAngleStrings(first, second, third, rad(r.degrees), r.mode, r.decimals, r.truncate,
                                          3, r.pad, r.keep, r.plus),
                   0);
-        EXPECT_STREQ(first, r.first) << r.degrees << " mode " << r.mode;
-        EXPECT_STREQ(second, r.second) << r.degrees << " mode " << r.mode;
-        EXPECT_STREQ(third, r.third) << r.degrees << " mode " << r.mode;
+        EXPECT_EQ(std::string(first) + "|" + second + "|" + third,
+                  std::string(r.first) + "|" + r.second + "|" + r.third)
+            << r.degrees << " mode " << r.mode;
     }
 }
 
@@ -66,17 +66,14 @@ TEST(FormatAngle, LabelsFlagsAndModes)
         double degrees;
         int32_t mode, decimals, flags;
         const char *degreeLabel, *expected;
-    } rows[] = {{45.50416666666667, 3, 2, 0, "d", "45d 30' 15.00\""},
-                {45.50416666666667, 3, 2, 16, "d", "45d30'15.00\""},
-                {45.50416666666667, 3, 0, 4, "d", "045d 30' 15\""},
-                {45.5, 2, 1, 0, "d", "45d 30.0'"},
-                {45.5, 1, 2, 0, "d", "45.50d"},
-                {45.0, 1, 0, 64, "d", "+45d"},
-                {10.999, 1, 2, 2, "d", "10.99d"},
-                {90.0, 4, 1, 0, "d", "100.0g"},
-                {45.0, 1, 0, 0, "deg%%", "45deg%"},  // a label is a format: %% is one percent sign
-                {45.0, 1, 0, 0, "GraphicCircle", "45%%d"},
-                {45.0, 1, 0, 0, nullptr, "45"}};
+    } rows[] = {// clang-format off
+        {45.50416666666667, 3, 2, 0, "d", "45d 30' 15.00\""}, {45.50416666666667, 3, 2, 16, "d", "45d30'15.00\""},
+        {45.50416666666667, 3, 0, 4, "d", "045d 30' 15\""}, {45.5, 2, 1, 0, "d", "45d 30.0'"},
+        {45.5, 1, 2, 0, "d", "45.50d"}, {45.0, 1, 0, 64, "d", "+45d"}, {10.999, 1, 2, 2, "d", "10.99d"},
+        {90.0, 4, 1, 0, "d", "100.0g"},
+        {45.0, 1, 0, 0, "deg%%", "45deg%"},  // a label is a format: %% is one percent sign
+        {45.0, 1, 0, 0, "GraphicCircle", "45%%d"}, {45.0, 1, 0, 0, nullptr, "45"}};
+    // clang-format on
     for (const Row &r : rows) {
         char text[128];
         EXPECT_EQ(tsFormat_getFormattedAngleExt(text, rad(r.degrees), r.mode, r.decimals, r.flags,
@@ -138,19 +135,14 @@ TEST(FormatDirection, CardinalIndexIsReadFromThePrintedText)
     const struct Row {
         double degrees;
         int32_t mode, style, decimals, quadrant, cardinal;
-    } rows[] = {{90.0, 1, 1, 0, 4, 1},      // pi / 2 opens quadrant 4; 90 is north
-                {89.6, 1, 1, 0, 1, 1},      // prints 90
-                {89.6, 1, 1, 1, 1, -1},     // prints 89.6
-                {180.0, 1, 3, 0, 4, 4},     // on west: quadrant 4, bearing 90
-                {180.0005, 1, 3, 2, 4, 4},  // 8.7e-6 rad past pi: still quadrant 4
-                {180.001, 1, 3, 2, 3, 4},   // 1.7e-5 past: quadrant 3, bearing prints 90.00
-                {260.0, 1, 3, 0, 3, -1},    // S 10 W
-                {0.0, 1, 2, 0, 1, 2},       // azimuth 90: east
-                {90.0, 4, 1, 0, 4, 1},      // 100 grads
-                {90.0, 3, 1, 0, 4, 1},      // 90 0 0
-                {90.5, 2, 1, 0, 4, -1},     // 90 30.0
-                {90.0, 5, 1, 2, 4, -1},     // radians show no whole value
-                {30.0, 1, 3, 0, 1, -1}};
+    } rows[] = {// clang-format off
+        {90.0, 1, 1, 0, 4, 1},  // pi / 2 opens quadrant 4; 90 is north
+        {89.6, 1, 1, 0, 1, 1}, {89.6, 1, 1, 1, 1, -1},  // prints 90, then 89.6
+        {180.0, 1, 3, 0, 4, 4},  // on west: quadrant 4, bearing 90
+        {180.0005, 1, 3, 2, 4, 4}, {180.001, 1, 3, 2, 3, 4},  // 8.7e-6 rad past pi: quadrant 4; 1.7e-5: 3
+        {260.0, 1, 3, 0, 3, -1}, {0.0, 1, 2, 0, 1, 2}, {90.0, 4, 1, 0, 4, 1}, {90.0, 3, 1, 0, 4, 1},
+        {90.5, 2, 1, 0, 4, -1}, {90.0, 5, 1, 2, 4, -1}, {30.0, 1, 3, 0, 1, -1}};  // radians: no whole value
+    // clang-format on
     for (const Row &r : rows) {
         char a[64], b[64], c[64];
         int32_t quadrant = 0, cardinal = 0;
@@ -189,12 +181,11 @@ TEST(FormatGeodetic, OrdinatesWithHemisphere)
         int32_t kind;
         double degrees;
         const char *expected;
-    } rows[] = {{0, 45.50416666666667, "45\xB0 30' 15\" N"},
-                {0, -33.5, "33\xB0 30' 0\" S"},
-                {1, -122.25, "122\xB0 15' 0\" W"},
-                {1, 0.0, "0\xB0 0' 0\" E"},
-                {0, 10.99988888888889, "11\xB0 0' 0\" N"},  // 10 59' 59.6" rounds up and carries
-                {7, 12.5, "12\xB0 30' 0\""}};
+    } rows[] = {// clang-format off
+        {0, 45.50416666666667, "45\xB0 30' 15\" N"}, {0, -33.5, "33\xB0 30' 0\" S"},
+        {1, -122.25, "122\xB0 15' 0\" W"}, {1, 0.0, "0\xB0 0' 0\" E"}, {7, 12.5, "12\xB0 30' 0\""},
+        {0, 10.99988888888889, "11\xB0 0' 0\" N"}};  // 10 59' 59.6" rounds up and carries
+    // clang-format on
     for (const auto &r : rows) {
         char text[64];
         EXPECT_EQ(tsFormat_getFormattedGeodeticOrdinate(text, r.kind, rad(r.degrees)), 0);
@@ -211,14 +202,12 @@ TEST(FormatGeodetic, ReadingGivesOnlyTheSignedZeroOfTheHemisphere)
         int32_t status;
         bool negative;
         const char *rest;
-    } rows[] = {{0, " 45 30 15 N ", 0, false, "45 30 15 "},
-                {0, "45 30 s", 0, true, "45 30 "},
-                {1, "122 15 W", 0, true, "122 15 "},
-                {1, "8 e", 0, false, "8 "},
-                {0, "-33 30", 0, true, "33 30"},
-                {0, "10 W", 0, false, "10 W"},  // W is no latitude letter
-                {2, "10 N", kFailure, false, "10 N"},
-                {0, "   ", kFailure, false, ""}};
+    } rows[] = {// clang-format off
+        {0, " 45 30 15 N ", 0, false, "45 30 15 "}, {0, "45 30 s", 0, true, "45 30 "},
+        {1, "122 15 W", 0, true, "122 15 "}, {1, "8 e", 0, false, "8 "}, {0, "-33 30", 0, true, "33 30"},
+        {0, "10 W", 0, false, "10 W"},  // W is no latitude letter
+        {2, "10 N", kFailure, false, "10 N"}, {0, "   ", kFailure, false, ""}};
+    // clang-format on
     for (const auto &r : rows) {
         char text[64];
         std::strcpy(text, r.text);
@@ -239,11 +228,10 @@ TEST(FormatAngle, RoundTripsThroughTheParser)
         double degrees;
         int32_t mode, decimals;
         double halfUnitDegrees;
-    } angles[] = {{123.7519, 3, 2, 0.005 / 3600},
-                  {-10.5, 3, 2, 0.005 / 3600},
-                  {123.75, 2, 0, 0.5 / 60},
-                  {123.7519, 1, 3, 0.0005},
-                  {123.7519, 4, 4, 0.00005 * 0.9}};
+    } angles[] = {// clang-format off
+        {123.7519, 3, 2, 0.005 / 3600}, {-10.5, 3, 2, 0.005 / 3600}, {123.75, 2, 0, 0.5 / 60},
+        {123.7519, 1, 3, 0.0005}, {123.7519, 4, 4, 0.00005 * 0.9}};
+    // clang-format on
     for (const auto &a : angles) {
         char text[64];
         tsFormat_getFormattedAngle(text, rad(a.degrees), a.mode, a.decimals, nullptr, nullptr, nullptr);
@@ -265,10 +253,10 @@ TEST(FormatAngle, RoundTripsThroughTheParser)
     tsFormat_getFormattedAngle(text, rad(45.50416666666667), 3, 2, "\xB0", "'", "\"");
     EXPECT_STREQ(text, "45\xB0 30' 15.00\"");
     double back = 0.0;
-    EXPECT_EQ(tsFormat_getDoubleAngle(&back, text), 0);
-    EXPECT_NEAR(back, rad(45.50416666666667), 1e-12);
-    EXPECT_EQ(tsFormat_getDoubleDirection(&back, "N 45 30 00 W"), 0);
-    EXPECT_NEAR(back, rad(135.5), 1e-12);  // azimuth 314.5
+    EXPECT_TRUE(tsFormat_getDoubleAngle(&back, text) == 0 &&
+                std::fabs(back - rad(45.50416666666667)) < 1e-12);
+    EXPECT_TRUE(tsFormat_getDoubleDirection(&back, "N 45 30 00 W") == 0 &&
+                std::fabs(back - rad(135.5)) < 1e-12);  // azimuth 314.5
     EXPECT_NE(tsFormat_getDoubleAngle(&back, nullptr), 0);
 }
 

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <string>
 
@@ -20,38 +21,26 @@ TEST(FormatStation, StylesLeadingAndNegativeStations)
         double value;
         int32_t decimals, style, leading, signedRemainder;
         const char *expected;
-    } rows[] = {{1234.56, 2, 2, 0, 0, "12+34.56"},
-                {1234.56, 2, 3, 0, 0, "1+234.56"},
-                {1234.56, 2, 0, 0, 0, "1234.56"},
-                {1205.0, 2, 2, 0, 0, "12+05.00"},
-                {1205.0, 2, 3, 0, 0, "1+205.00"},
-                {1005.0, 1, 3, 0, 0, "1+005.0"},
-                {123456.789, 0, 3, 0, 0, "123+457"},
-                // Below one station: bare, "+r" and "0+r", padded except when bare.
-                {35.0, 2, 2, 0, 0, "35.00"},
-                {35.0, 2, 2, 1, 0, "+35.00"},
-                {35.0, 2, 2, 2, 0, "0+35.00"},
-                {5.0, 2, 2, 2, 0, "0+05.00"},
-                {5.0, 2, 3, 2, 0, "0+005.00"},
-                {5.0, 2, 2, 0, 0, "5.00"},
-                {0.0, 3, 2, 1, 0, "+00.000"},
-                // Rounding before the split: 1299.999 is 13 stations and -0.001.
-                {1299.999, 2, 2, 0, 0, "13+00.00"},
-                {99.999, 2, 2, 0, 0, "1+00.00"},
-                // A remainder that prints as 10.00 (or 100.00) gets no zero.
-                {9.999, 2, 2, 1, 0, "+10.00"},
-                {99.996, 2, 3, 1, 0, "+100.00"},
-                // -5: no whole station, remainder -5 printed as 0; thousands have no "-0+".
-                {-5.0, 2, 2, 2, 0, "-0+00.00"},
-                {-5.0, 2, 3, 2, 0, "0+000.00"},
-                // -150 in hundreds: -1 station and -50, cleared or made positive.
-                {-150.0, 2, 2, 0, 0, "-1+00.00"},
-                {-150.0, 2, 2, 0, 1, "-1+50.00"},
-                // Thousands take the absolute remainder only beside whole stations.
-                {-1150.0, 2, 3, 0, 1, "-1+150.00"},
-                {-1150.0, 2, 3, 0, 0, "-1+000.00"},
-                {-150.0, 2, 3, 0, 1, "-150.00"},
-                {-150.0, 2, 3, 0, 0, "0.00"}};
+    } rows[] = {// clang-format off
+        {1234.56, 2, 2, 0, 0, "12+34.56"}, {1234.56, 2, 3, 0, 0, "1+234.56"}, {1234.56, 2, 0, 0, 0, "1234.56"},
+        {1205.0, 2, 2, 0, 0, "12+05.00"}, {1205.0, 2, 3, 0, 0, "1+205.00"}, {1005.0, 1, 3, 0, 0, "1+005.0"},
+        {123456.789, 0, 3, 0, 0, "123+457"},
+        // Below one station: bare, "+r" and "0+r", padded except when bare.
+        {35.0, 2, 2, 0, 0, "35.00"}, {35.0, 2, 2, 1, 0, "+35.00"}, {35.0, 2, 2, 2, 0, "0+35.00"},
+        {5.0, 2, 2, 2, 0, "0+05.00"}, {5.0, 2, 3, 2, 0, "0+005.00"}, {5.0, 2, 2, 0, 0, "5.00"},
+        {0.0, 3, 2, 1, 0, "+00.000"},
+        // Rounding before the split: 1299.999 is 13 stations and -0.001.
+        {1299.999, 2, 2, 0, 0, "13+00.00"}, {99.999, 2, 2, 0, 0, "1+00.00"},
+        // A remainder that prints as 10.00 (or 100.00) gets no zero.
+        {9.999, 2, 2, 1, 0, "+10.00"}, {99.996, 2, 3, 1, 0, "+100.00"},
+        // -5: no whole station, remainder -5 printed as 0; thousands have no "-0+".
+        {-5.0, 2, 2, 2, 0, "-0+00.00"}, {-5.0, 2, 3, 2, 0, "0+000.00"},
+        // -150 in hundreds: -1 station and -50, cleared or made positive.
+        {-150.0, 2, 2, 0, 0, "-1+00.00"}, {-150.0, 2, 2, 0, 1, "-1+50.00"},
+        // Thousands take the absolute remainder only beside whole stations.
+        {-1150.0, 2, 3, 0, 1, "-1+150.00"}, {-1150.0, 2, 3, 0, 0, "-1+000.00"},
+        {-150.0, 2, 3, 0, 1, "-150.00"}, {-150.0, 2, 3, 0, 0, "0.00"}};
+    // clang-format on
     for (const Row &r : rows) {
         char text[64] = "garbage";
         EXPECT_EQ(
@@ -60,8 +49,7 @@ TEST(FormatStation, StylesLeadingAndNegativeStations)
         EXPECT_STREQ(text, r.expected) << r.value << " style " << r.style;
     }
     char text[64];
-    EXPECT_EQ(tsFormat_getFormattedStation(text, -150.0, 2, 2, 0), 0);
-    EXPECT_STREQ(text, "-1+00.00");
+    EXPECT_TRUE(tsFormat_getFormattedStation(text, -150.0, 2, 2, 0) == 0 && std::string(text) == "-1+00.00");
     EXPECT_EQ(tsFormat_getFormattedStation(text, 1.0, 2, 1, 0), kFailure);
     EXPECT_EQ(tsFormat_getFormattedStationEx(nullptr, 1.0, 2, 2, 0, 0), kFailure);
 }
@@ -143,11 +131,10 @@ TEST(FormatStation, TakingApartPrefixStationRegionAndSuffix)
         EXPECT_EQ(tsFormat_getDoubleStationRegionExt(r.text, &value, &region, prefix, station, suffix),
                   r.status)
             << r.text;
-        EXPECT_DOUBLE_EQ(value, r.value) << r.text;
-        EXPECT_EQ(region, r.region) << r.text;
-        EXPECT_STREQ(prefix, r.prefix) << r.text;
-        EXPECT_STREQ(station, r.station) << r.text;
-        EXPECT_STREQ(suffix, r.suffix) << r.text;
+        EXPECT_TRUE(std::fabs(value - r.value) < 1e-9 && region == r.region)
+            << r.text << ": " << value << " R " << region;
+        EXPECT_EQ(std::string(prefix) + "|" + station + "|" + suffix,
+                  std::string(r.prefix) + "|" + r.station + "|" + r.suffix);
     }
     EXPECT_EQ(tsFormat_getDoubleStationRegionExt("PRE 1+5 SUF", nullptr, nullptr, nullptr, nullptr, nullptr),
               0);
@@ -160,10 +147,9 @@ TEST(FormatStation, RoundTripsThroughTheParser)
     double value = 0.0;
     int32_t region = 0;
     EXPECT_EQ(tsFormat_getDoubleStationRegion(&value, &region, "12+34.56 R 2"), 0);
-    EXPECT_DOUBLE_EQ(value, 1234.56);
-    EXPECT_EQ(region, 2);
-    EXPECT_EQ(tsFormat_getDoubleStationRegion(&value, nullptr, "R 3 1+234.5"), 0);
-    EXPECT_DOUBLE_EQ(value, 1234.5);
+    EXPECT_TRUE(std::fabs(value - 1234.56) < 1e-9 && region == 2);
+    EXPECT_TRUE(tsFormat_getDoubleStationRegion(&value, nullptr, "R 3 1+234.5") == 0 &&
+                std::fabs(value - 1234.5) < 1e-9);
     EXPECT_EQ(tsFormat_getDoubleStationRegion(&value, &region, "12+"), kParseFailure);
 
     for (double station : {0.5, 1234.567, 98765.432}) {
@@ -172,8 +158,7 @@ TEST(FormatStation, RoundTripsThroughTheParser)
             tsFormat_getFormattedStationRegion(text, station, 4, 2, style);
             region = 0;
             ASSERT_EQ(tsFormat_getDoubleStationRegion(&value, &region, text), 0) << text;
-            EXPECT_NEAR(value, station, 0.005) << text;
-            EXPECT_EQ(region, 4);
+            EXPECT_TRUE(std::fabs(value - station) <= 0.005 && region == 4) << text;
         }
     }
 }
