@@ -1,7 +1,5 @@
-// Masks, tunnels and offsets: the upper envelope of two profiles with the
-// origin of each vertex, vertices droppable in a tunnel, and profiles moved
-// segment by segment. Expected values are worked by hand beside each case;
-// every table handed back is released (run under the sanitizers for leaks).
+// Masks, tunnels and offsets, worked by hand beside each case; every table
+// handed back is released (run under the sanitizers for leaks).
 #include <tessar/frame.h>
 #include <tessar/memory.h>
 #include <tessar/polyline.h>

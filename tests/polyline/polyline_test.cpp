@@ -30,6 +30,14 @@ void forceFailure()
     ASSERT_EQ(errorWord(), kFail);
 }
 
+// Runs call after a failure left in the error word; true when the call cleared it.
+template <class F> bool clears(F call)
+{
+    forceFailure();
+    call();
+    return errorWord() == 0;
+}
+
 class PolylineTest : public ::testing::Test
 {
   protected:
@@ -98,9 +106,7 @@ TEST_F(PolylineTest, RetourAndGrowthTellDifferentThings)
         SCOPED_TRACE(r.what);
         const auto n = static_cast<int32_t>(r.pts.size());
         int32_t retour = kUntouchedIndex, croissant = kUntouchedIndex;
-        forceFailure();
-        UTMAT_TesterRetourEnAbscissePolyligne(r.pts.data(), n, 0.0001, &retour);
-        EXPECT_EQ(errorWord(), 0);
+        EXPECT_TRUE(clears([&] { UTMAT_TesterRetourEnAbscissePolyligne(r.pts.data(), n, 0.0001, &retour); }));
         forceFailure();
         UTMAT_VerifierCroissanceAbscissePolyligne(r.pts.data(), n, 0.0001, &croissant);
         EXPECT_EQ(errorWord(), 0);
@@ -133,9 +139,7 @@ TEST_F(PolylineTest, PurgeCollapsesEachRunToItsFirstVertex)
         SCOPED_TRACE(r.what);
         dpoint2d *table = makeTable(r.in);
         auto n = static_cast<int32_t>(r.in.size());
-        forceFailure();
-        UTMAT_PurgerPolyligne(&table, &n, 0.0001);
-        EXPECT_EQ(errorWord(), 0);
+        EXPECT_TRUE(clears([&] { UTMAT_PurgerPolyligne(&table, &n, 0.0001); }));
         ASSERT_EQ(n, static_cast<int32_t>(r.out.size()));
         for (int32_t i = 0; i < n; ++i) {
             EXPECT_EQ(table[i].x, r.out[static_cast<size_t>(i)].x);
@@ -218,9 +222,7 @@ TEST_F(PolylineTest, PointOnSegment)
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t sur = kUntouchedIndex;
-        forceFailure();
-        UTMAT_ComparerPointASegment(&r.p, &r.a, &r.b, 0.001, &sur);
-        EXPECT_EQ(errorWord(), 0);
+        EXPECT_TRUE(clears([&] { UTMAT_ComparerPointASegment(&r.p, &r.a, &r.b, 0.001, &sur); }));
         EXPECT_EQ(sur, r.sur);
     }
 }
@@ -244,9 +246,7 @@ TEST_F(PolylineTest, PointOnPolylineFirstSegmentWins)
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t i1 = kUntouchedIndex, i2 = kUntouchedIndex;
-        forceFailure();
-        UTMAT_PointSurPolyligne(r.pts, r.n, &r.p, 0.001, &i1, &i2);
-        EXPECT_EQ(errorWord(), 0);
+        EXPECT_TRUE(clears([&] { UTMAT_PointSurPolyligne(r.pts, r.n, &r.p, 0.001, &i1, &i2); }));
         EXPECT_EQ(i1, r.index1);
         EXPECT_EQ(i2, r.index2);
     }
