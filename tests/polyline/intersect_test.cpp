@@ -96,12 +96,9 @@ const double kG0 = std::sqrt(116.0), kG1 = std::sqrt(416.0);
 // the true distance from c only when tMin is 0.
 TEST(IntersectSegments, PointsOverlapsAndMisses)
 {
-    struct Row {
-        const char *what;
-        dpoint2d c, d;
-        int32_t found, overlap;
-        Hit h[2];  // the point, or the two overlap ends
-    } rows[] = {
+    // h: the point, or the two overlap ends.
+    // clang-format off
+    struct Row { const char *what; dpoint2d c, d; int32_t found, overlap; Hit h[2]; } rows[] = {
         {"crossing", {1, -1}, {1, 3}, 1, 0, {{{1, 0}, 1, 1}}},
         {"crossing at the shared end b", {4, 0}, {6, 2}, 1, 0, {{{4, 0}, 4, 0}}},
         {"0.0005 beyond b, not clamped", {4.0005, -1}, {4.0005, 1}, 1, 0, {{{4.0005, 0}, 4.0005, 1}}},
@@ -119,6 +116,7 @@ TEST(IntersectSegments, PointsOverlapsAndMisses)
         {"covers a to b (true end 6)", {-2, 0}, {6, 0}, 0, 1, {{{0, 0}, 0, 2}, {{4, 0}, 4, 2}}},
         {"reversed, covers (true end 2)", {6, 0}, {-2, 0}, 0, 1, {{{0, 0}, 0, 6}, {{4, 0}, 4, 6}}},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         const dpoint2d seg2[] = {r.c, r.d};
@@ -129,8 +127,7 @@ TEST(IntersectSegments, PointsOverlapsAndMisses)
         UTMAT_CalculerIntersectionSegmentSegment(kAxis, seg2, kTol, &found, ends, o1, o2, &overlap, ends, o1,
                                                  o2);
         EXPECT_EQ(errorWord(), 0);
-        EXPECT_EQ(found, r.found);
-        EXPECT_EQ(overlap, r.overlap);
+        EXPECT_TRUE(found == r.found && overlap == r.overlap);
         if (r.found) expectHits(ends, o1, o2, {r.h[0]});
         if (r.overlap) expectHits(ends, o1, o2, {r.h[0], r.h[1]});
     }
@@ -316,13 +313,10 @@ TEST(IntersectNearest, PolylinesAndFirstAlongPolyline1)
 
 TEST(IntersectHalfLines, AgainstSegmentAndEachOther)
 {
-    struct Row {
-        const char *what;
-        dpoint2d o, v, a, b;
-        int32_t found;
-        dpoint2d p;
-        bool pair = false;  // two half-lines, the second from a in direction b
-    } rows[] = {
+    // pair: two half-lines, the second from a in direction b.
+    // clang-format off
+    struct Row { const char *what; dpoint2d o, v, a, b; int32_t found; dpoint2d p; bool pair = false; };
+    const Row rows[] = {
         {"t = 2 along (1,1)", {0, -2}, {1, 1}, {0, 0}, {10, 0}, 1, {2, 0}},
         {"origin on the segment: t = 0", {5, 0}, {0, 1}, {0, 0}, {10, 0}, 1, {5, 0}},
         // The kept test adds v.x before the product: u = (5 + 0) 5 / 10 = 2.5, not 0.5.
@@ -339,6 +333,7 @@ TEST(IntersectHalfLines, AgainstSegmentAndEachOther)
         {"t = -3", {0, 0}, {-1, 0}, {3, -2}, {0, 1}, 0, {}, true},
         {"parallel half-lines", {0, 0}, {1, 0}, {3, -2}, {2, 0}, 0, {}, true},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.what);
         int32_t found = -1;

@@ -50,15 +50,11 @@ Marks values(std::initializer_list<uint32_t> v)
     return m;
 }
 
-struct MaskRow {
-    const char *name;
-    Profile p1;
-    Marks a1;
-    Profile p2;
-    Marks a2;
-    Profile want;
-    std::vector<std::pair<uint32_t, uint8_t>> marks;  // (valeur, dessus) per envelope vertex
-};
+// marks: (valeur, dessus) per envelope vertex.
+// clang-format off
+struct MaskRow { const char *name; Profile p1; Marks a1; Profile p2; Marks a2; Profile want;
+                 std::vector<std::pair<uint32_t, uint8_t>> marks; };
+// clang-format on
 
 TEST(Mask, UpperEnvelopeWithOrigins)
 {
