@@ -64,10 +64,8 @@ TEST(ConversionAzimuth, DegreesOnBothSides)
 
 TEST(ConversionQuadrant, BoundariesLieTheToleranceEarly)
 {
-    const struct Row {
-        double direction;
-        int32_t quadrant;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double direction; int32_t quadrant; } rows[] = {
         {0.0, 1}, {kPi / 2.0 - 6e-8, 1}, {kPi / 2.0 - 1e-8, 4},  // NE beyond the tolerance before north, NW within
         {3.0, 4}, {kPi - 1e-8, 3}, {4.0, 3}, {3.0 * kPi / 2.0 - 1e-8, 2}, {2.0 * kPi - 6e-8, 2},
         {2.0 * kPi - 1e-8, 0}, {-1e-8, 0},  // a hair short of east, from either side, is in no quadrant
@@ -79,11 +77,8 @@ TEST(ConversionQuadrant, BoundariesLieTheToleranceEarly)
 
 TEST(ConversionSexagesimal, DegreesToDegreesAndMinutes)
 {
-    const struct Row {
-        double value;
-        int32_t degrees;
-        double minutes;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double value; int32_t degrees; double minutes; } rows[] = {
         {10.5, 10, 30.0}, {-10.5, -10, -30.0}, {-0.25, 0, -15.0},  // both with the sign of the value
         {10.9999999999, 11, 0.0}, {-10.9999999999, -11, 0.0},     // minutes within 5e-8 of +-60
         {10.999999, 10, 59.99994}};                                // 6e-5 short of 60: left alone
@@ -99,11 +94,8 @@ TEST(ConversionSexagesimal, DegreesToDegreesAndMinutes)
 
 TEST(ConversionSexagesimal, DegreesToDegreesMinutesSeconds)
 {
-    const struct Row {
-        double value;
-        int32_t degrees, minutes;
-        double seconds;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double value; int32_t degrees, minutes; double seconds; } rows[] = {
         {12.5125, 12, 30, 45.0}, {-12.5125, -12, -30, -45.0}, {45.0, 45, 0, 0.0},  // 0.5125 deg = 30' 45"
         // Seconds within the tolerance of 60 carry through the minutes into the degrees.
         {10.99999999999999, 11, 0, 0.0}, {-10.99999999999999, -11, 0, 0.0},
@@ -133,11 +125,8 @@ TEST(ConversionSexagesimal, JoiningHasNoSignLogic)
 
 TEST(ConversionRounding, ToAStep)
 {
-    const struct Row {
-        double value, step;
-        int32_t mode;
-        double expected;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double value, step; int32_t mode; double expected; } rows[] = {
         // Halves go up, also for negatives (toward plus infinity); within 5e-8
         // below the half: up, 1e-7 below: down; the band widens upward for negatives.
         {2.5, 1.0, 3, 3.0}, {-2.5, 1.0, 3, -2.0}, {-2.6, 1.0, 3, -3.0}, {2.4, 1.0, 3, 2.0},

@@ -23,31 +23,23 @@ double rad(double degrees)
 TEST(FormatAngle, PiecesCarryAtSixtyAndShowTheSignInTheDegrees)
 {
     // clang-format off
-    const struct Row {
-        double degrees;
-        int32_t mode, decimals, truncate, pad, keep, plus;
-        const char *first, *second, *third;
-    } rows[] = {
+    const struct Row { double degrees; int32_t mode, decimals, truncate, pad, keep, plus;
+                       const char *first, *second, *third; } rows[] = {
         // 10.99999999 = 10 59' 59.999964": seconds print 60.00 and carry twice;
         // the minutes 59.9999994 print 60.00 and carry once, but not at 6 decimals.
-        {10.99999999, 3, 2, 0, 1, 0, 0, "00.00", "00", "011"},
-        {10.99999999, 3, 2, 0, 0, 0, 0, "0.00", "0", "11"},
-        {10.99999999, 2, 2, 0, 0, 0, 0, "00", "11", "-"},
-        {10.99999999, 2, 6, 0, 0, 0, 0, "59.999999", "10", "-"},
+        {10.99999999, 3, 2, 0, 1, 0, 0, "00.00", "00", "011"}, {10.99999999, 3, 2, 0, 0, 0, 0, "0.00", "0", "11"},
+        {10.99999999, 2, 2, 0, 0, 0, 0, "00", "11", "-"}, {10.99999999, 2, 6, 0, 0, 0, 0, "59.999999", "10", "-"},
         {45.50416666666667, 3, 1, 0, 0, 0, 0, "15.0", "30", "45"},  // 45 30' 15"
         // The sign shows in the degrees only: that of -0.5 is lost.
         {-0.5, 3, 0, 0, 0, 0, 0, "0", "30", "0"}, {-10.5, 2, 1, 0, 0, 0, 0, "30.0", "-10", "-"},
-        {-10.5, 1, 1, 0, 0, 0, 0, "-10.5", "-", "-"},
-        {45.0, 1, 0, 0, 0, 0, 1, "+45", "-", "-"}, {45.5, 3, 0, 0, 0, 0, 1, "0", "30", "+45"},
-        {10.999, 1, 2, 1, 0, 0, 0, "10.99", "-", "-"}, {10.999, 1, 2, 0, 0, 0, 0, "11.00", "-", "-"},
-        {7.5, 1, 1, 0, 1, 0, 0, "007.5", "-", "-"},
+        {-10.5, 1, 1, 0, 0, 0, 0, "-10.5", "-", "-"}, {45.0, 1, 0, 0, 0, 0, 1, "+45", "-", "-"},
+        {45.5, 3, 0, 0, 0, 0, 1, "0", "30", "+45"}, {10.999, 1, 2, 1, 0, 0, 0, "10.99", "-", "-"},
+        {10.999, 1, 2, 0, 0, 0, 0, "11.00", "-", "-"}, {7.5, 1, 1, 0, 1, 0, 0, "007.5", "-", "-"},
         // Without keep, 2 pi comes off once.
         {370.0, 1, 0, 0, 0, 0, 0, "10", "-", "-"}, {370.0, 1, 0, 0, 0, 1, 0, "370", "-", "-"},
-        {730.0, 1, 0, 0, 0, 0, 0, "370", "-", "-"},
-        {90.0, 4, 2, 0, 0, 0, 0, "100.00", "-", "-"},
-        {57.29577951308232, 5, 3, 0, 0, 0, 0, "1.000", "-", "-"},  // one radian
-        {45.0, 6, 2, 0, 0, 0, 0, "-", "-", "-"},  // no such mode
-    };
+        {730.0, 1, 0, 0, 0, 0, 0, "370", "-", "-"}, {90.0, 4, 2, 0, 0, 0, 0, "100.00", "-", "-"},
+        {57.29577951308232, 5, 3, 0, 0, 0, 0, "1.000", "-", "-"}, {45.0, 6, 2, 0, 0, 0, 0, "-", "-", "-"}};
+    // One radian in mode 5; mode 6 does not exist.
     // clang-format on
     for (const Row &r : rows) {
         char first[64] = "-", second[64] = "-", third[64] = "-";
@@ -62,11 +54,8 @@ TEST(FormatAngle, PiecesCarryAtSixtyAndShowTheSignInTheDegrees)
 
 TEST(FormatAngle, LabelsFlagsAndModes)
 {
-    const struct Row {
-        double degrees;
-        int32_t mode, decimals, flags;
-        const char *degreeLabel, *expected;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double degrees; int32_t mode, decimals, flags; const char *degreeLabel, *expected; } rows[] = {
         {45.50416666666667, 3, 2, 0, "d", "45d 30' 15.00\""}, {45.50416666666667, 3, 2, 16, "d", "45d30'15.00\""},
         {45.50416666666667, 3, 0, 4, "d", "045d 30' 15\""}, {45.5, 2, 1, 0, "d", "45d 30.0'"},
         {45.5, 1, 2, 0, "d", "45.50d"}, {45.0, 1, 0, 64, "d", "+45d"}, {10.999, 1, 2, 2, "d", "10.99d"},
@@ -81,22 +70,19 @@ TEST(FormatAngle, LabelsFlagsAndModes)
                   0);
         EXPECT_STREQ(text, r.expected);
     }
-    char text[64] = "kept";
-    EXPECT_EQ(tsFormat_getFormattedAngle(text, 1.0, 5, 3, "d", "'", "\""), 0);
-    EXPECT_STREQ(text, "kept");  // radians have no labelled form
-    EXPECT_EQ(tsFormat_doubleAngleToFormattedAngle(text, rad(45.5), 2, 0, "d", "m", nullptr), 0);
-    EXPECT_STREQ(text, "45d 30m");
+    char text[64] = "kept", other[64];
+    EXPECT_EQ(tsFormat_getFormattedAngle(text, 1.0, 5, 3, "d", "'", "\""),
+              0);  // radians have no labelled form
+    EXPECT_EQ(tsFormat_doubleAngleToFormattedAngle(other, rad(45.5), 2, 0, "d", "m", nullptr), 0);
+    EXPECT_EQ(std::string(text) + "|" + other, "kept|45d 30m");
     EXPECT_EQ(tsFormat_getFormattedAngle(nullptr, 1.0, 1, 3, nullptr, nullptr, nullptr), kFailure);
 }
 
 TEST(FormatDirection, StylesByQuadrant)
 {
     // clang-format off
-    const struct Row {
-        double degrees;  // mathematical direction
-        int32_t mode, style, decimals, flags;
-        const char *expected;
-    } rows[] = {
+    // Directions counter-clockwise from east.
+    const struct Row { double degrees; int32_t mode, style, decimals, flags; const char *expected; } rows[] = {
         {45.0, 1, 3, 0, 0, "N 45 E"}, {60.0, 1, 3, 0, 0, "N 30 E"}, {120.0, 1, 3, 0, 0, "N 30 W"},
         {200.0, 1, 3, 0, 0, "S 70 W"}, {300.0, 1, 3, 0, 0, "S 30 E"}, {45.0, 4, 3, 0, 0, "N 50 E"},
         {45.5, 3, 3, 0, 4, "N 44 30 00 E"}, {45.0, 1, 3, 0, 32, "N45E"},  // bearing degrees pad to 2
@@ -108,9 +94,7 @@ TEST(FormatDirection, StylesByQuadrant)
         // Style 6 turns azimuths above 90 and below 270 by half a turn:
         // 200 (S 20 W) becomes 20, 120 (S 60 E) becomes 300; 300 and 45 stay.
         {250.0, 1, 6, 0, 0, "N 20 E"}, {330.0, 1, 6, 0, 0, "N 60 W"}, {150.0, 1, 6, 0, 0, "N 60 W"},
-        {45.0, 1, 6, 0, 0, "N 45 E"},
-        {45.0, 1, 4, 0, 0, ""},  // no pieces for style 4
-    };
+        {45.0, 1, 6, 0, 0, "N 45 E"}, {45.0, 1, 4, 0, 0, ""}};  // no pieces for style 4
     // clang-format on
     for (const Row &r : rows) {
         char text[128] = "garbage";
@@ -132,10 +116,8 @@ TEST(FormatDirection, StylesByQuadrant)
 
 TEST(FormatDirection, CardinalIndexIsReadFromThePrintedText)
 {
-    const struct Row {
-        double degrees;
-        int32_t mode, style, decimals, quadrant, cardinal;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double degrees; int32_t mode, style, decimals, quadrant, cardinal; } rows[] = {
         {90.0, 1, 1, 0, 4, 1},  // pi / 2 opens quadrant 4; 90 is north
         {89.6, 1, 1, 0, 1, 1}, {89.6, 1, 1, 1, 1, -1},  // prints 90, then 89.6
         {180.0, 1, 3, 0, 4, 4},  // on west: quadrant 4, bearing 90
@@ -177,11 +159,8 @@ TEST(FormatDirection, CardinalIndexIsReadFromThePrintedText)
 
 TEST(FormatGeodetic, OrdinatesWithHemisphere)
 {
-    const struct {
-        int32_t kind;
-        double degrees;
-        const char *expected;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct { int32_t kind; double degrees; const char *expected; } rows[] = {
         {0, 45.50416666666667, "45\xB0 30' 15\" N"}, {0, -33.5, "33\xB0 30' 0\" S"},
         {1, -122.25, "122\xB0 15' 0\" W"}, {1, 0.0, "0\xB0 0' 0\" E"}, {7, 12.5, "12\xB0 30' 0\""},
         {0, 10.99988888888889, "11\xB0 0' 0\" N"}};  // 10 59' 59.6" rounds up and carries
@@ -196,13 +175,8 @@ TEST(FormatGeodetic, OrdinatesWithHemisphere)
 
 TEST(FormatGeodetic, ReadingGivesOnlyTheSignedZeroOfTheHemisphere)
 {
-    const struct {
-        int32_t kind;
-        const char *text;
-        int32_t status;
-        bool negative;
-        const char *rest;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct { int32_t kind; const char *text; int32_t status; bool negative; const char *rest; } rows[] = {
         {0, " 45 30 15 N ", 0, false, "45 30 15 "}, {0, "45 30 s", 0, true, "45 30 "},
         {1, "122 15 W", 0, true, "122 15 "}, {1, "8 e", 0, false, "8 "}, {0, "-33 30", 0, true, "33 30"},
         {0, "10 W", 0, false, "10 W"},  // W is no latitude letter
@@ -213,9 +187,8 @@ TEST(FormatGeodetic, ReadingGivesOnlyTheSignedZeroOfTheHemisphere)
         std::strcpy(text, r.text);
         double value = 99.0;
         EXPECT_EQ(tsFormat_getDoubleGeodeticOrdinate(&value, r.kind, text), r.status) << r.text;
-        EXPECT_EQ(value, 0.0);
-        EXPECT_EQ(std::signbit(value), r.negative) << r.text;
-        EXPECT_STREQ(text, r.rest);
+        EXPECT_TRUE(value == 0.0 && std::signbit(value) == r.negative && std::string(text) == r.rest)
+            << r.text;
     }
     double value = 1.0;
     EXPECT_EQ(tsFormat_getDoubleGeodeticOrdinate(&value, 0, nullptr), kFailure);
@@ -224,11 +197,8 @@ TEST(FormatGeodetic, ReadingGivesOnlyTheSignedZeroOfTheHemisphere)
 TEST(FormatAngle, RoundTripsThroughTheParser)
 {
     // An angle read back lies within half a unit of the last printed digit.
-    const struct {
-        double degrees;
-        int32_t mode, decimals;
-        double halfUnitDegrees;
-    } angles[] = {// clang-format off
+    // clang-format off
+    const struct { double degrees; int32_t mode, decimals; double halfUnitDegrees; } angles[] = {
         {123.7519, 3, 2, 0.005 / 3600}, {-10.5, 3, 2, 0.005 / 3600}, {123.75, 2, 0, 0.5 / 60},
         {123.7519, 1, 3, 0.0005}, {123.7519, 4, 4, 0.00005 * 0.9}};
     // clang-format on

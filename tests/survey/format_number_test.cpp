@@ -18,11 +18,12 @@ constexpr int32_t kFailure = 32768;
 
 TEST(FormatNumber, TruncatingAndRoundingCore)
 {
+    // clang-format off
     const struct Row {
         double value;
         int32_t decimals, truncate, pad, width;
         const char *expected;
-    } rows[] = {// clang-format off
+    } rows[] = {
         {1.999, 2, 1, 0, 0, "1.99"}, {1.999, 2, 0, 0, 0, "2.00"},  // cut, or rounded
         {1.5, 0, 1, 0, 0, "1"}, {-1.999, 1, 1, 0, 0, "-1.9"}, {2.0, 3, 1, 0, 0, "2.000"},  // no point at 0 decimals
         {0.3, 20, 1, 0, 0, "0.3000000000000000"},  // no more than the sixteen printed
@@ -45,11 +46,8 @@ TEST(FormatNumber, TruncatingAndRoundingCore)
 
 TEST(FormatNumber, SignificantDigitsCutRatherThanRound)
 {
-    const struct Row {
-        double value;
-        int32_t digits;
-        const char *expected;
-    } rows[] = {// clang-format off
+    // clang-format off
+    const struct Row { double value; int32_t digits; const char *expected; } rows[] = {
         {123456.7, 2, "120000"},   // k = 6: 123456 / 10^4 = 12, times 10^4
         {1234.567, 6, "1234.56"}, {-98765.4, 3, "-98700"}, {99.99, 2, "99"},  // k = 4: two decimals; k = 2: none
         {0.5, 3, "0.500"}, {0.0123, 2, "0.01"},  // k = 0 from 0.01 up to 1: the digits count from the point

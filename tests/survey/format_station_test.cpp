@@ -17,11 +17,12 @@ constexpr int32_t kParseFailure = static_cast<int32_t>(0x80004005u);
 
 TEST(FormatStation, StylesLeadingAndNegativeStations)
 {
+    // clang-format off
     const struct Row {
         double value;
         int32_t decimals, style, leading, signedRemainder;
         const char *expected;
-    } rows[] = {// clang-format off
+    } rows[] = {
         {1234.56, 2, 2, 0, 0, "12+34.56"}, {1234.56, 2, 3, 0, 0, "1+234.56"}, {1234.56, 2, 0, 0, 0, "1234.56"},
         {1205.0, 2, 2, 0, 0, "12+05.00"}, {1205.0, 2, 3, 0, 0, "1+205.00"}, {1005.0, 1, 3, 0, 0, "1+005.0"},
         {123456.789, 0, 3, 0, 0, "123+457"},
@@ -87,16 +88,14 @@ TEST(FormatStation, RegionsAfterTheStation)
 
 TEST(FormatStation, SeriesLabelsShowPartOfTheStation)
 {
-    const struct {
-        int32_t format;
-        double value;
-        const char *expected;
-    } rows[] = {
+    // clang-format off
+    const struct { int32_t format; double value; const char *expected; } rows[] = {
         {0, 1234.56, ""},       {1, 1234.56, "2"},      {2, 1234.56, "12"},         {13, 12345.6, "2"},
         {14, 1234.56, "1"},     {3, 1234.56, "12+35"},  {7, 1234.56, "12+34.5600"}, {8, 1234.56, "35"},
         {12, 1205.5, "5.5000"}, {15, 1234.56, "1+235"}, {22, 12345.678, "345.68"},  {29, 1.23456, "1.2346"},
         {30, 5.0, ""},  // outside the table
     };
+    // clang-format on
     for (const auto &r : rows) {
         char text[64] = "garbage";
         EXPECT_EQ(tsFormat_getFormattedStationForSeries(text, r.value, r.format), 0);

@@ -78,7 +78,8 @@ TEST(ParseNumber, NullTextFailsAndClearsTheResult)
 // the unit too; "(1 + 2) M": 3 inside, then a word with no atom.
 TEST(ParseLinear, FieldBookOfLengths)
 {
-    const Row rows[] = {// clang-format off
+    // clang-format off
+    const Row rows[] = {
         {u"12.5 ft", 1.0, true, 12.5 * kFoot}, {u"3'6\"", 1.0, true, 3.5 * kFoot},
         {u"5' 6\"", 1.0, true, 5.5 * kFoot}, {u"3 FT", 1.0, true, 3.0 * kFoot},
         {u"3 feet", 1.0, true, 3.0 * kFoot}, {u"2", 0.3048, true, 0.6096}, {u"18 in", 1.0, true, 1.5 * kFoot},
@@ -98,7 +99,8 @@ TEST(ParseLinear, FieldBookOfLengths)
 TEST(ParseArea, UnitWordsByTheirFirstLetters)
 {
     const double f2 = kFoot * kFoot;
-    const Row rows[] = {// clang-format off
+    // clang-format off
+    const Row rows[] = {
         {u"1 HECTARES", 1.0, true, 4356000.0 * f2}, {u"2 acres", 1.0, true, 2.0 * 43560.0 * f2},
         {u"100 sqft", 1.0, true, 100.0 * f2}, {u"144 SQIN", 1.0, true, f2}, {u"1 sqyd", 1.0, true, 9.0 * f2},
         {u"1 sqmiles", 1.0, true, 5280.0 * 5280.0 * f2}, {u"1 sqmi", 1.0, true, 1.0},
@@ -121,7 +123,8 @@ TEST(ParseQuantities, VolumeTimeAndVelocity)
                          {u"30 s", 60.0, true, 30.0},        {u"10", 60.0, true, 600.0},
                          {u"1 H + 30 M", 1.0, true, 5400.0}, {u"1 day", 1.0, false, 0}};
     checkRows(times, std::size(times), tsParse_stringToTime);
-    const Row velocities[] = {// clang-format off
+    // clang-format off
+    const Row velocities[] = {
         {u"100 FT / 2 S", 1.0, true, 50.0 * kFoot}, {u"100 / 2", 7.0, true, 50.0},
         {u"60 MPH", 1.0, true, 88.0 * kFoot}, {u"36 kmph", 1.0, true, 10.0}, {u"3 MPS", 1.0, true, 3.0},
         {u"10 fps", 1.0, true, 10.0 * kFoot}, {u"5", 2.0, true, 10.0}, {u"10 M / 0 S", 1.0, false, 0},
@@ -155,7 +158,8 @@ TEST(ParseSlope, EveryNotationAndMode)
 TEST(ParseAngle, DecimalAndSexagesimalForms)
 {
     const double dms = deg(45.0 + 30.0 / 60.0 + 15.0 / 3600.0);
-    const Row rows[] = {// clang-format off
+    // clang-format off
+    const Row rows[] = {
         {u"45 30 15", 3, true, dms}, {u"45-30-15", 3, true, dms}, {u"45\u00B030'15\"", 3, true, dms},
         {u"45:30:15", 2, true, dms}, {u"30'", 3, true, deg(0.5)}, {u"30'36\"", 3, true, deg(0.51)},
         {u"36\"", 3, true, deg(0.01)}, {u"45.5", 3, true, deg(45.5)}, {u"45.5\u00B0", 1, true, deg(45.5)},
@@ -171,25 +175,18 @@ TEST(ParseAngle, DecimalAndSexagesimalForms)
 
 TEST(ParseDirection, BearingsQuadrantsAndStyles)
 {
-    const Row rows[] = {{u"N 45 00 00 W", 3, true, 0.75 * kPi},
-                        {u"N 45 00 00 W", 1, true, 1.75 * kPi},
-                        {u"N 45 E", 3, true, 0.25 * kPi},
-                        {u"N 30 E", 4, true, deg(60.0)},
-                        {u"S 45 E", 3, true, 1.75 * kPi},
-                        {u"s 45 w", 3, true, 1.25 * kPi},                   // azimuths 135, 225
-                        {u"South 10 West", 3, true, deg(260.0)},            // azimuth 190
-                        {u"45 00 00 2", 3, true, 1.75 * kPi},               // quadrant 2, azimuth 135
-                        {u"45 2", 3, true, deg(90.0 - 45.0 - 2.0 / 60.0)},  // 2 is a minute here
-                        {u"45 00 00 .3", 3, true, 1.25 * kPi},
-                        {u"45 30' . 4", 3, true, deg(135.5)},  // azimuth 314.5
-                        {u"30", 2, true, deg(60.0)},           // an azimuth
-                        {u"30", 5, true, deg(240.0)},          // the azimuth of the reversed line, 210
-                        {u"30", 1, true, deg(30.0)},
-                        {u"30.0 4", 1, true, deg(330.0)},
-                        {u"E 45 N", 3, false, 0},
-                        {u"N 45", 3, false, 0},
-                        {u"N 45 X", 3, false, 0},
-                        {u"/ 45", 3, false, 0}};
+    // clang-format off
+    const Row rows[] = {
+        {u"N 45 00 00 W", 3, true, 0.75 * kPi}, {u"N 45 00 00 W", 1, true, 1.75 * kPi},
+        {u"N 45 E", 3, true, 0.25 * kPi}, {u"N 30 E", 4, true, deg(60.0)},
+        {u"S 45 E", 3, true, 1.75 * kPi}, {u"s 45 w", 3, true, 1.25 * kPi},  // azimuths 135, 225
+        {u"South 10 West", 3, true, deg(260.0)}, {u"45 00 00 2", 3, true, 1.75 * kPi},  // quadrant 2, azimuth 135
+        {u"45 2", 3, true, deg(90.0 - 45.0 - 2.0 / 60.0)},  // 2 is a minute here
+        {u"45 00 00 .3", 3, true, 1.25 * kPi}, {u"45 30' . 4", 3, true, deg(135.5)},  // azimuth 314.5
+        {u"30", 2, true, deg(60.0)}, {u"30", 5, true, deg(240.0)},  // an azimuth; that of the reversed line, 210
+        {u"30", 1, true, deg(30.0)}, {u"30.0 4", 1, true, deg(330.0)}, {u"E 45 N", 3, false, 0},
+        {u"N 45", 3, false, 0}, {u"N 45 X", 3, false, 0}, {u"/ 45", 3, false, 0}};
+    // clang-format on
     checkRows(rows, std::size(rows), [](double *v, const char16_t *t, double style) {
         return tsParse_stringToDirection(v, t, 3, static_cast<int32_t>(style));
     });
@@ -225,7 +222,8 @@ TEST(ParseStation, RegionBeforeOrAfter)
         int32_t region;
     };
     // Only the first plus is the station's; "12+5" joins to 125.
-    const StationRow rows[] = {// clang-format off
+    // clang-format off
+    const StationRow rows[] = {
         {u"12+34.56 R 2", 1.0, true, 1234.56, 2}, {u"R 2 12+34.56", 1.0, true, 1234.56, 2},
         {u"12+34.56 + 10", 1.0, true, 1244.56, 0}, {u"12+34.56", kFoot, true, 1234.56 * kFoot, 0},
         {u"12+34.56 M", kFoot, true, 1234.56, 0}, {u"1234.56", 1.0, true, 1234.56, 0},
