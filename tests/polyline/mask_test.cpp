@@ -198,15 +198,11 @@ TEST(ThicknessOffset, PavementLayerUnderACrest)
     EXPECT_EQ(errorWord(), 0);
     expectPolyline(o.points, o.count, {{0, -r2}, {10.25, 10.25 - r2}, {20.5 - r2, 0}});
     ASSERT_EQ(o.count, 3);
-    EXPECT_EQ(o.records()[0], 100);
-    EXPECT_EQ(o.records()[1], 102);
-    EXPECT_EQ(o.records()[2], 100);
+    EXPECT_EQ(std::vector<int32_t>(o.records(), o.records() + 3), (std::vector<int32_t>{100, 102, 100}));
 
     // Run backward, the same profile gives the mirrored result and is left as it was.
     Profile mirrored{{-20.5, 0}, {-10.5, 10}, {-10, 10}, {0, 0}};
-    Profile backward = mirrored;  // (20.5,0) (10.5,10) (10,10) (0,0)
-    for (dpoint2d &p : backward)
-        p.x = -p.x;
+    Profile backward{{20.5, 0}, {10.5, 10}, {10, 10}, {0, 0}};
     const Profile before = backward;
     Offset forward(mirrored, {1, 1, 1}), back(backward, {1, 1, 1});
     ASSERT_EQ(back.count, forward.count);
@@ -216,7 +212,7 @@ TEST(ThicknessOffset, PavementLayerUnderACrest)
         EXPECT_EQ(back.points[k].y, forward.points[k].y);
     }
     for (size_t k = 0; k < before.size(); ++k)
-        EXPECT_EQ(backward[k].x, before[k].x);
+        EXPECT_EQ(backward[k].x, before[k].x) << k;
 }
 
 // Rows: flat, a convex bend (lines y = -1 and y = -sqrt2 - (x - 10) meet at
