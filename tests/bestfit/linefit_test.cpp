@@ -67,11 +67,8 @@ Axis principalAxis(const std::vector<dpoint3d> &p, const std::vector<double> &si
 // points or at most the margin beyond them.
 TEST(LineFit, ExactLinesAreRecovered)
 {
-    const struct Row {
-        const char *name;
-        int n;
-        double x0, y0, dx, dy;
-    } rows[] = {
+    // clang-format off
+    const struct Row { const char *name; int n; double x0, y0, dx, dy; } rows[] = {
         {"gentle rising", 6, 1000, 2000, 10, 3},
         {"steep rising", 6, 1000, 2000, 3, 10},
         {"gentle falling", 6, 1000, 2000, 10, -4},
@@ -80,6 +77,7 @@ TEST(LineFit, ExactLinesAreRecovered)
         {"-45 degrees", 4, 0, 3, 1, -1},
         {"two points", 2, 0, 0, 10, 5},
     };
+    // clang-format on
     for (const Row &r : rows) {
         SCOPED_TRACE(r.name);
         std::vector<dpoint3d> p;
@@ -298,15 +296,13 @@ TEST(PlaneFit, PointAgainstPlane)
     ASSERT_EQ(tsPoint_computeOnPlaneGivenXY(&diff, &out, &p, tilted), 0);
     EXPECT_TRUE(out.x == 4.0 && out.y == 8.0 && out.z == 10.0 && diff == 2.0);  // z = 2 - 2 + 10
 
-    const struct Row {
-        dpoint3d p;
-        double d;
-        dpoint3d foot;
-    } rows[] = {
+    // clang-format off
+    const struct Row { dpoint3d p; double d; dpoint3d foot; } rows[] = {
         {{0, 0, 2}, std::sqrt(2.0), {1, 0, 1}},   // above
         {{2, 0, 0}, -std::sqrt(2.0), {1, 0, 1}},  // below
         {{3, 5, 3}, 0.0, {3, 5, 3}},              // on it
     };
+    // clang-format on
     for (const Row &r : rows) {
         double d = 7;
         dpoint3d foot{};

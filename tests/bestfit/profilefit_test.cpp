@@ -191,16 +191,31 @@ TEST(VerticalProfile, ChainageThatIsNotANumberCannotOverfillTheIps)
     }
 }
 
-TEST(VerticalProfile, NoStationIsRefused)
+// Both forms refuse an empty input; the point form also nulls and one point,
+// leaving its outputs alone, where the direct form clears its own.
+TEST(VerticalProfile, RefusedInputs)
 {
     tsBestFit_verticalProfileInitialize(0.1, 0.1, 10, 10, 0, 1, 0, 0, 0);
-    double junk = 0;
-    double *s = &junk, *l = &junk, *v = &junk;
+    double junk = 0, *s = &junk, *l = &junk, *v = &junk;
     int32_t count = 9;
     const double station = 0, level = 0;
     for (int32_t n : {0, -3}) {
         EXPECT_EQ(tsBestFit_verticalComputeProfile(&s, &l, &v, &count, &station, &level, n), kFail);
         EXPECT_TRUE(s == nullptr && l == nullptr && v == nullptr && count == 0);
+    }
+    const dpoint3d points[] = {{0, 0, 0}, {10, 1, 0}};
+    dpoint3d sentinel{}, *result = &sentinel;
+    count = 7;
+    // clang-format off
+    const struct Row { dpoint3d **result; int32_t *count; const dpoint3d *points; int32_t n; } rows[] = {
+        {nullptr, &count, points, 2}, {&result, nullptr, points, 2}, {&result, &count, nullptr, 2},
+        {&result, &count, points, 1}, {&result, &count, points, 0}};
+    // clang-format on
+    for (const Row &t : rows) {
+        EXPECT_EQ(
+            tsPoint_verticalComputeProfile(t.result, t.count, t.points, t.n, 0, 1, 1, 1, 1, 0, 1, 0, 0, 0),
+            kFail);
+        EXPECT_TRUE(result == &sentinel && count == 7);
     }
 }
 
@@ -210,47 +225,22 @@ TEST(VerticalProfile, ParametersLastUntilTheNextInitialisation)
 {
     const std::vector<double> stations = every(10, 5), levels{0, 1, 2, 1, 0};
     const Fit first = fitProfile(stations, levels, {0.25, 0.25, 1});
-    double *s = nullptr, *l = nullptr, *v = nullptr;
-    int32_t count = 0;
-    ASSERT_EQ(tsBestFit_verticalComputeProfile(&s, &l, &v, &count, stations.data(), levels.data(), 5), 0);
-    ASSERT_EQ(count, 3);
-    EXPECT_EQ(v[1], first.ips[1].length);
-    tsMem_free(s), tsMem_free(l), tsMem_free(v);
-
+    auto secondIpLength = [&] {
+        double *s = nullptr, *l = nullptr, *v = nullptr;
+        int32_t count = 0;
+        EXPECT_EQ(tsBestFit_verticalComputeProfile(&s, &l, &v, &count, stations.data(), levels.data(), 5), 0);
+        const double length = count == 3 ? v[1] : -1;
+        tsMem_free(s), tsMem_free(l), tsMem_free(v);
+        return length;
+    };
+    EXPECT_EQ(secondIpLength(), first.ips[1].length);
     const dpoint3d points[] = {{0, 0, 0}, {10, 1, 0}, {20, 2, 0}, {30, 1, 0}, {40, 0, 0}};
     dpoint3d *result = nullptr;
+    int32_t count = 0;
     ASSERT_EQ(tsPoint_verticalComputeProfile(&result, &count, points, 5, 0, 0.25, 0.25, 2, 0, 0, 1, 0, 0, 0),
               0);
     tsMem_free(result);
-    ASSERT_EQ(tsBestFit_verticalComputeProfile(&s, &l, &v, &count, stations.data(), levels.data(), 5), 0);
-    EXPECT_EQ(v[1], 40);  // hogK 2 of the point form
-    tsMem_free(s), tsMem_free(l), tsMem_free(v);
-}
-
-/* ---- Point form ---- */
-
-TEST(VerticalProfile, PointFormRefusesNullsAndShortInput)
-{
-    const dpoint3d points[] = {{0, 0, 0}, {10, 1, 0}};
-    dpoint3d sentinel{};
-    dpoint3d *result = &sentinel;
-    int32_t count = 7;
-    const struct Row {
-        dpoint3d **result;
-        int32_t *count;
-        const dpoint3d *points;
-        int32_t n;
-    } rows[] = {{nullptr, &count, points, 2},
-                {&result, nullptr, points, 2},
-                {&result, &count, nullptr, 2},
-                {&result, &count, points, 1},
-                {&result, &count, points, 0}};
-    for (const Row &t : rows) {
-        EXPECT_EQ(
-            tsPoint_verticalComputeProfile(t.result, t.count, t.points, t.n, 0, 1, 1, 1, 1, 0, 1, 0, 0, 0),
-            kFail);
-        EXPECT_TRUE(result == &sentinel && count == 7);
-    }
+    EXPECT_EQ(secondIpLength(), 40);  // hogK 2 of the point form
 }
 
 // A rolling design (+1.8 % to IP 400, 240 m crest, -2.2 % to IP 850, 120 m
@@ -353,11 +343,9 @@ TEST(VerticalProfile, DebugSwitchCreatesNoFile)
 
     const std::vector<double> stations = every(10, 121);
     const std::vector<double> ground = groundLevels(stations);
-    const Parameters quiet = kRolling;
-    Parameters debug = quiet;
+    Parameters debug = kRolling;
     debug.debug = 1;
-    const Fit expected = fitProfile(stations, ground, quiet);
-    const Fit traced = fitProfile(stations, ground, debug);
+    const Fit expected = fitProfile(stations, ground, kRolling), traced = fitProfile(stations, ground, debug);
     // A second run on the same stored parameters, now switched off.
     double *s = nullptr, *l = nullptr, *v = nullptr;
     int32_t count = 0;

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -159,14 +160,11 @@ TEST(TransformFit, NoisyAffineIsOrdinaryLeastSquaresPerCoordinate)
 TEST(TransformFit, TooFewPairsLeaveEveryOutputUntouched)
 {
     const std::vector<double> pairs = pairsOf(kAffine, 4, false);
-    const struct {
-        int k, n;
-        int32_t status;
-    } rows[] = {{4, 1, kFail}, {4, 0, kFail}, {6, 2, 1}, {6, -1, 1}, {8, 3, kFail}};
-    for (const auto &row : rows) {
-        const Fit f = fit(row.k, row.n, pairs.data());
-        EXPECT_EQ(f.status, row.status) << row.k << " parameters, " << row.n << " pairs";
-        EXPECT_TRUE(f.p == Params(row.k, 7.0) && f.variance == 7.0 && f.rms == 7.0);
+    for (const auto [k, n, status] :
+         {std::array{4, 1, kFail}, {4, 0, kFail}, {6, 2, 1}, {6, -1, 1}, {8, 3, kFail}}) {
+        const Fit f = fit(k, n, pairs.data());
+        EXPECT_EQ(f.status, status) << k << " parameters, " << n << " pairs";
+        EXPECT_TRUE(f.p == Params(k, 7.0) && f.variance == 7.0 && f.rms == 7.0);
     }
 }
 
@@ -222,18 +220,18 @@ TEST(TransformFit, ExactStartValuesAndPointTransforms)
     // Point transforms against the models above; g = h = 0 divides by exactly 1.
     const Params &s = kSimilarity, &t = kAffine, &w = kProjective;
     double X, Y;
+    auto at = [&](Xy a) { return X == a.x && Y == a.y; };
     for (const Xy &p : kSource) {
-        const Xy a = apply(s, p), b = apply(t, p), c = apply(w, p);
-        EXPECT_EQ(tsBestFit_transformPtBy2d(&X, &Y, s[0], s[1], s[2], s[3], p.x, p.y), 0);
-        EXPECT_TRUE(X == a.x && Y == a.y);
-        EXPECT_EQ(tsBestFit_transformPtByAffine2d(&X, &Y, t[0], t[1], t[2], t[3], t[4], t[5], p.x, p.y), 0);
-        EXPECT_TRUE(X == b.x && Y == b.y);
+        EXPECT_TRUE(tsBestFit_transformPtBy2d(&X, &Y, s[0], s[1], s[2], s[3], p.x, p.y) == 0 &&
+                    at(apply(s, p)));
+        EXPECT_TRUE(tsBestFit_transformPtByAffine2d(&X, &Y, t[0], t[1], t[2], t[3], t[4], t[5], p.x, p.y) ==
+                        0 &&
+                    at(apply(t, p)));
         tsBestFit_transformPtByProjective2d(&X, &Y, t[0], t[1], t[2], t[3], t[4], t[5], 0, 0, p.x, p.y);
-        EXPECT_TRUE(X == b.x && Y == b.y);
-        EXPECT_EQ(tsBestFit_transformPtByProjective2d(&X, &Y, w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7],
-                                                      p.x, p.y),
-                  0);
-        EXPECT_TRUE(X == c.x && Y == c.y);
+        EXPECT_TRUE(at(apply(t, p)));
+        EXPECT_TRUE(tsBestFit_transformPtByProjective2d(&X, &Y, w[0], w[1], w[2], w[3], w[4], w[5], w[6],
+                                                        w[7], p.x, p.y) == 0 &&
+                    at(apply(w, p)));
     }
     tsBestFit_transformPtByProjective2d(&X, &Y, 1, 0, 0, 0, 1, 0, 1, -2, 1, 1);  // D = 0 is not tested
     EXPECT_TRUE(std::isinf(X));
