@@ -1,10 +1,10 @@
 // Circles through points and tangent to lines and circles, worked by hand:
-// fillets between roads, circles through a point tangent to two lines,
-// circles tangent to a line and a roundabout; counts, order, repeats, and
-// what a refused or failed call leaves.
+// counts, order, repeats, and what a refused or failed call leaves.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -20,29 +20,21 @@ constexpr double kUntouched = 7.5;
 
 // The outputs of one call, filled with a marker first.
 struct Out {
-    dpoint2d centres[8];
+    dpoint2d centres[8], points[16];
     double radii[8];
-    dpoint2d points[16];
     int32_t count = -1, error = -1;
-    Out()
-    {
-        for (auto &c : centres)
-            c = {kUntouched, kUntouched};
-        for (auto &r : radii)
-            r = kUntouched;
-        for (auto &p : points)
-            p = {kUntouched, kUntouched};
-    }
 };
 
 // Runs a call with the error word set to 32768 before it, to see it cleared.
 Out run(const std::function<void(Out &)> &call)
 {
     Out o;
-    int32_t ignored = 0;
+    std::fill(std::begin(o.centres), std::end(o.centres), dpoint2d{kUntouched, kUntouched});
+    std::fill(std::begin(o.points), std::end(o.points), dpoint2d{kUntouched, kUntouched});
+    std::fill(std::begin(o.radii), std::end(o.radii), kUntouched);
+    int32_t ignored = 0, detail = 0;
     UTMAT_CalculerCerPs3Pt(nullptr, nullptr, nullptr, nullptr, nullptr, &ignored);
     call(o);
-    int32_t detail = 0;
     UTMAT_GetErreur(&o.error, &detail);
     return o;
 }
@@ -59,16 +51,18 @@ void expectCircles(const Out &o, const std::vector<Circle> &expected, double tol
     for (size_t i = 0; i < expected.size(); ++i) {
         EXPECT_NEAR(o.centres[i].x, expected[i].x, tol) << i;
         EXPECT_NEAR(o.centres[i].y, expected[i].y, tol) << i;
-        if (expected[i].r >= 0.0) {
-            EXPECT_NEAR(o.radii[i], expected[i].r, tol) << i;
-        }
+        if (expected[i].r < 0.0) continue;
+        EXPECT_NEAR(o.radii[i], expected[i].r, tol) << i;
     }
 }
 
-void expectPoint(const dpoint2d &p, double x, double y, double tol = 1e-9)
+// The points from index first on, in order.
+void expectPoints(const Out &o, size_t first, std::initializer_list<dpoint2d> expected)
 {
-    EXPECT_NEAR(p.x, x, tol);
-    EXPECT_NEAR(p.y, y, tol);
+    for (const dpoint2d &e : expected) {
+        EXPECT_NEAR(o.points[first].x, e.x, 1e-9) << first;
+        EXPECT_NEAR(o.points[first++].y, e.y, 1e-9);
+    }
 }
 
 double distance(const dpoint2d &a, const dpoint2d &b)
@@ -76,64 +70,38 @@ double distance(const dpoint2d &a, const dpoint2d &b)
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// The signed distance of p from the line (positive on its right).
+// The signed distance of p from the line.
 double offset(const UTMAT_Droite &d, const dpoint2d &p)
 {
     return (d.a * p.x + d.b * p.y + d.c) / std::hypot(d.a, d.b);
 }
 
-/* ---- Through points ---- */
-
-TEST(TangentCircles, CircleThroughThreePoints)
+TEST(TangentCircles, ThroughThreeOrTwoPoints)
 {
     // Right angles at p1: the centre is the middle of the hypotenuse, 2.5 away
-    // (the second row takes the branch with u vertical).
-    const struct {
-        dpoint2d p1, p2, p3;
-        int32_t count;
-        Circle c;
-    } rows[] = {{{10, 20}, {14, 20}, {10, 23}, 1, {12, 21.5, 2.5}},
-                {{10, 20}, {10, 24}, {13, 20}, 1, {11.5, 22, 2.5}},
-                {{0, 0}, {1, 1}, {3, 3}, 0, {}},
-                {{1, 1}, {1, 1}, {4, 2}, 0, {}}};
-    for (const auto &row : rows) {
-        Out o = run(
-            [&](Out &o) { UTMAT_CalculerCerPs3Pt(&row.p1, &row.p2, &row.p3, o.centres, o.radii, &o.count); });
-        expectCircles(o, row.count == 1 ? std::vector<Circle>{row.c} : std::vector<Circle>{});
-    }
-    const dpoint2d q{1, 2};
-    Out o = run([&](Out &o) { UTMAT_CalculerCerPs3Pt(nullptr, &q, &q, o.centres, o.radii, &o.count); });
-    EXPECT_EQ(o.error, kFail);
-    EXPECT_EQ(o.count, 0);
-    EXPECT_EQ(o.centres[0].x, kUntouched);
-    EXPECT_EQ(o.radii[0], kUntouched);
-}
-
-TEST(TangentCircles, TwoPointsAndRadiusGiveTwoOneOrNoCentre)
-{
-    // p1 p2 = 6 long: R = 5 puts the centres 4 off the middle (13, 20), R = 3
-    // on it; R = 2 and anything not above 0 give none, as do one point twice.
-    const dpoint2d p1{10, 20}, p2{16, 20};
-    const struct {
-        dpoint2d q;
-        double R;
-        std::vector<Circle> expected;
-    } rows[] = {{p2, 5, {{13, 16, -1}, {13, 24, -1}}},
-                {p2, 3, {{13, 20, -1}}},
-                {p2, 2, {}},
-                {p1, 5, {}},
-                {p2, 0, {}},
-                {p2, 5e-5, {}},
-                {p2, -5, {}}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.R);
+    // (the second row takes the branch with u vertical); collinear, coincident.
+    const std::tuple<dpoint2d, dpoint2d, dpoint2d, std::vector<Circle>> rows[] = {
+        {{10, 20}, {14, 20}, {10, 23}, {{12, 21.5, 2.5}}},
+        {{10, 20}, {10, 24}, {13, 20}, {{11.5, 22, 2.5}}},
+        {{0, 0}, {1, 1}, {3, 3}, {}},
+        {{1, 1}, {1, 1}, {4, 2}, {}}};
+    for (const auto &[p1, p2, p3, expected] : rows)
         expectCircles(
-            run([&](Out &o) { UTMAT_CalculerCerPs2PtRayon(&p1, &row.q, row.R, o.centres, &o.count); }),
-            row.expected);
-    }
-}
+            run([&](Out &o) { UTMAT_CalculerCerPs3Pt(&p1, &p2, &p3, o.centres, o.radii, &o.count); }),
+            expected);
+    const dpoint2d q{1, 2};  // only p1 is tested for null
+    Out o = run([&](Out &o) { UTMAT_CalculerCerPs3Pt(nullptr, &q, &q, o.centres, o.radii, &o.count); });
+    EXPECT_TRUE(o.error == kFail && o.count == 0 && o.centres[0].x == kUntouched && o.radii[0] == kUntouched);
 
-/* ---- Tangent to lines ---- */
+    // p1 p2 = 6 long: R = 5 puts the centres 4 off the middle (13, 20), R = 3
+    // on it; R = 2 gives none, as does one point twice.
+    const dpoint2d p1{10, 20}, p2{16, 20};
+    const std::tuple<dpoint2d, double, std::vector<Circle>> pairs[] = {
+        {p2, 5, {{13, 16, -1}, {13, 24, -1}}}, {p2, 3, {{13, 20, -1}}}, {p2, 2, {}}, {p1, 5, {}}};
+    for (const auto &[q2, R, expected] : pairs)
+        expectCircles(run([&](Out &o) { UTMAT_CalculerCerPs2PtRayon(&p1, &q2, R, o.centres, &o.count); }),
+                      expected);
+}
 
 // Road 1 runs east along y = 2000 (written -2 y + 4000 = 0, not normalised);
 // road 2 crosses it at (1000, 2000) heading (3, 4): 4 x - 3 y + 2000 = 0.
@@ -141,21 +109,16 @@ TEST(TangentCircles, TwoPointsAndRadiusGiveTwoOneOrNoCentre)
 // at x = (50 s2 - 30 s1) / 4.
 TEST(TangentCircles, RoadFilletOfRadiusTenBetweenTwoRoads)
 {
-    const UTMAT_Droite road1{0, -2, 4000}, road2{4, -3, 2000};
-    UTMAT_Droite d1 = road1, d2 = road2;
+    UTMAT_Droite d1{0, -2, 4000}, d2{4, -3, 2000};
     Out o = run([&](Out &o) { UTMAT_CalculerCerTg2DteRayon(&d1, &d2, 10.0, o.centres, o.points, &o.count); });
     expectCircles(o, {{995, 2010, -1}, {1020, 2010, -1}, {980, 1990, -1}, {1005, 1990, -1}});
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_NEAR(std::fabs(offset(road1, o.centres[i])), 10.0, 1e-9);
-        EXPECT_NEAR(std::fabs(offset(road2, o.centres[i])), 10.0, 1e-9);
-        EXPECT_NEAR(offset(road1, o.points[2 * i]), 0.0, 1e-9);
-        EXPECT_NEAR(offset(road2, o.points[2 * i + 1]), 0.0, 1e-9);
+    for (int i = 0; i < 4; ++i) {  // the first point of a pair on road 1, the second the foot on road 2
+        EXPECT_NEAR(offset(d1, o.points[2 * i]), 0.0, 1e-9);
+        EXPECT_NEAR(offset(d2, o.points[2 * i + 1]), 0.0, 1e-9);
         EXPECT_NEAR(distance(o.centres[i], o.points[2 * i + 1]), 10.0, 1e-9);
     }
-    expectPoint(o.points[6], 1005, 2000);  // foot of (1005, 1990) on road 1
-    expectPoint(o.points[7], 997, 1996);   // (5, -10) - 2 (4, -3) about the crossing
+    expectPoints(o, 6, {{1005, 2000}, {997, 1996}});  // (5, -10) - 2 (4, -3) about the crossing
     EXPECT_TRUE(d1.a == 0 && d1.b == -2 && d1.c == 4000 && d2.a == 4 && d2.b == -3 && d2.c == 2000);
-
     const UTMAT_Droite parallel{0, 1, -2050};
     expectCircles(
         run([&](Out &o) { UTMAT_CalculerCerTg2DteRayon(&d1, &parallel, 10, o.centres, o.points, &o.count); }),
@@ -175,119 +138,100 @@ TEST(TangentCircles, CircleThroughAPointTangentToTwoLines)
     };
     Out o = through(xAxis, yAxis, {1, 2});
     expectCircles(o, {{5, 5, 5}, {1, 1, 1}});
-    expectPoint(o.points[0], 5, 0);
-    expectPoint(o.points[1], 0, 5);
-    expectPoint(o.points[2], 1, 0);
-    expectPoint(o.points[3], 0, 1);
-    // On the x axis at (5, 0): tangent there, centre (5, 5) or (5, -5); the
-    // root rho = 0 is dropped. At the crossing only rho = 0 is left.
+    expectPoints(o, 0, {{5, 0}, {0, 5}, {1, 0}, {0, 1}});
+    // On the x axis at (5, 0): centre (5, 5) or (5, -5), the root rho = 0
+    // dropped. At the crossing only rho = 0 is left.
     o = through(xAxis, yAxis, {5, 0});
     ASSERT_EQ(o.count, 2);
     EXPECT_NEAR(std::fabs(o.centres[0].y * o.centres[1].y), 25.0, 1e-9);
     expectCircles(o, {{5, o.centres[0].y, 5}, {5, o.centres[1].y, 5}});
     expectCircles(through(xAxis, yAxis, {0, 0}), {});
-    // Between the parallels y = 0 and y = 2, from (0, 0) on the first: the
-    // double root x = 0 gives the one circle of radius 1.
+    // Between y = 0 and y = 2 from (0, 0): the double root gives one circle.
     o = through(xAxis, y2, {0, 0});
     expectCircles(o, {{0, 1, 1}});
-    expectPoint(o.points[1], 0, 2);
+    expectPoints(o, 1, {{0, 2}});
 }
 
 // y = 0 and p = (3, 1): a centre (x, 5) with (x - 3)^2 = 9 is 0 or 6; -5 is
-// taken as it stands and finds the same. R = 0.4 cannot reach the line
-// (2 R - 1 < 0). Through (0, 1) and (0, 9) the centre is (+-3, 5), radius 5.
+// taken as it stands and finds the same. R = 0.4 cannot reach the line.
+// Through (0, 1) and (0, 9) the centre is (+-3, 5), radius 5.
 TEST(TangentCircles, TangentToALineThroughPoints)
 {
     const UTMAT_Droite d{0, -1, 0};
     const dpoint2d p{3, 1}, q1{0, 1}, q2{0, 9};
-    for (double R : {5.0, -5.0}) {
+    for (double R : {5.0, -5.0, 0.4}) {
         Out o =
             run([&](Out &o) { UTMAT_CalculerCerTgDtePs1PtRayon(&d, &p, R, o.centres, o.points, &o.count); });
-        expectCircles(o, {{0, 5, -1}, {6, 5, -1}});
-        expectPoint(o.points[1], 6, 0);
+        expectCircles(o, R == 0.4 ? std::vector<Circle>{} : std::vector<Circle>{{0, 5, -1}, {6, 5, -1}});
+        if (R != 0.4) expectPoints(o, 1, {{6, 0}});
     }
-    expectCircles(
-        run([&](Out &o) { UTMAT_CalculerCerTgDtePs1PtRayon(&d, &p, 0.4, o.centres, o.points, &o.count); }),
-        {});
     Out o = run(
         [&](Out &o) { UTMAT_CalculerCerTgDtePs2Pt(&d, &q1, &q2, o.centres, o.radii, o.points, &o.count); });
     expectCircles(o, {{-3, 5, 5}, {3, 5, 5}});
-    expectPoint(o.points[0], -3, 0);
+    expectPoints(o, 0, {{-3, 0}});
 }
-
-/* ---- Tangent to circles ---- */
 
 // A road y = 53 passing a roundabout of radius 5 at (100, 50); R = 3. About
 // the roundabout: a centre on y = 0 or 6 (line) at 8 (outside) or 2 (inside)
 // from it: inside (-2, 0), (2, 0); outside (+-sqrt 28, 6), (-8, 0), (8, 0).
-TEST(TangentCircles, TangentToARoundaboutAndARoad)
+// Two circles of radius 2, 8 apart, and R = 3: centres 5 from each, (4, -+3).
+TEST(TangentCircles, TangentToCirclesWithRadius)
 {
-    const dpoint2d c{100, 50};
+    const dpoint2d c{100, 50}, c1{100, 100}, c2{108, 100};
     const UTMAT_Droite road{0, -1, 53};
     Out o = run(
         [&](Out &o) { UTMAT_CalculerCerTgCerDteRayon(&c, 5.0, &road, 3.0, o.centres, o.points, &o.count); });
     const double s = std::sqrt(28.0);
     expectCircles(
         o, {{98, 50, -1}, {102, 50, -1}, {100 - s, 56, -1}, {100 + s, 56, -1}, {92, 50, -1}, {108, 50, -1}});
-    expectPoint(o.points[0], 95, 50);  // inside: the far side of the roundabout
-    expectPoint(o.points[1], 98, 53);
-    expectPoint(o.points[10], 105, 50);
-    expectPoint(o.points[11], 108, 53);
-}
-
-// Two circles of radius 2, 8 apart: R = 3 touches both from outside with its
-// centre 5 from each, (4, -+3) about c1; the other kinds cannot close.
-TEST(TangentCircles, TangentToTwoCirclesWithRadius)
-{
-    const dpoint2d c1{100, 100}, c2{108, 100};
-    Out o =
-        run([&](Out &o) { UTMAT_CalculerCerTg2CerRayon(&c1, 2, &c2, 2, 3, o.centres, o.points, &o.count); });
+    expectPoints(o, 0, {{95, 50}, {98, 53}});  // inside: the far side of the roundabout
+    expectPoints(o, 10, {{105, 50}, {108, 53}});
+    o = run([&](Out &o) { UTMAT_CalculerCerTg2CerRayon(&c1, 2, &c2, 2, 3, o.centres, o.points, &o.count); });
     expectCircles(o, {{104, 97, -1}, {104, 103, -1}});
-    expectPoint(o.points[0], 101.6, 98.8);
-    expectPoint(o.points[1], 106.4, 98.8);
+    expectPoints(o, 0, {{101.6, 98.8}, {106.4, 98.8}});
 }
 
 // A circle of radius 0 is a point that both signs reach alike: each circle is
 // kept once, where first found. Point circles 10 apart give R = 5 one centre
-// (four times); the other rows repeat the two-point and chord cases above.
+// (four times); the next row repeats the two-point case above.
 TEST(TangentCircles, RepeatsAreReportedOnce)
 {
-    const dpoint2d c1{100, 100}, c3{110, 100}, a{10, 20}, b{16, 20}, o0{0, 0}, q1{-3, 5}, q2{3, 5};
+    const dpoint2d c1{100, 100}, c3{110, 100}, a{10, 20}, b{16, 20};
     expectCircles(
         run([&](Out &o) { UTMAT_CalculerCerTg2CerRayon(&c1, 0, &c3, 0, 5, o.centres, o.points, &o.count); }),
         {{105, 100, -1}});
     Out o =
         run([&](Out &o) { UTMAT_CalculerCerTgCerPs1PtRayon(&a, 0, &b, 5, o.centres, o.points, &o.count); });
     expectCircles(o, {{13, 16, -1}, {13, 24, -1}});
-    expectPoint(o.points[1], 10, 20);
-    o = run([&](Out &o) {
-        UTMAT_CalculerCerTg2CerPs1Pt(&o0, 2, &q2, 0, &q1, o.centres, o.radii, o.points, &o.count);
-    });
-    expectCircles(o, {{0, 15.0 / 7, 29.0 / 7}, {0, 5, 3}});
+    expectPoints(o, 1, {{10, 20}});
 }
 
 TEST(TangentCircles, TangentToACircleThroughPoints)
 {
     // p on the circle and R = r: from inside, the circle itself (d = 0, its
-    // point given p's coordinates moved back once more: 2 p); from outside
-    // the centre 10 away, touching at p.
+    // point p's coordinates moved back once more: 2 p); from outside the
+    // centre 10 away, touching at p.
     const dpoint2d c{100, 0}, p{105, 0};
     Out o =
         run([&](Out &o) { UTMAT_CalculerCerTgCerPs1PtRayon(&c, 5, &p, 5, o.centres, o.points, &o.count); });
     expectCircles(o, {{100, 0, -1}, {110, 0, -1}});
-    expectPoint(o.points[0], 210, 0);
-    expectPoint(o.points[1], 105, 0);
+    expectPoints(o, 0, {{210, 0}, {105, 0}});
 
     // Circle r = 2 at the origin, chord (-3, 5) (3, 5): centres (0, k). From
     // inside rho - 2 = k with rho^2 = 9 + (k - 5)^2: k = 15/7, rho = 29/7;
-    // from outside k - 2 = rho: k = 5, rho = 3.
+    // from outside k - 2 = rho: k = 5, rho = 3. The point circle at (3, 5)
+    // with the other point finds the same, once each.
     const dpoint2d o0{0, 0}, q1{-3, 5}, q2{3, 5};
     o = run([&](Out &o) {
         UTMAT_CalculerCerTgCerPs2Pt(&o0, 2, &q1, &q2, o.centres, o.radii, o.points, &o.count);
     });
     expectCircles(o, {{0, 15.0 / 7, 29.0 / 7}, {0, 5, 3}});
-    expectPoint(o.points[0], 0, -2);
-    expectPoint(o.points[1], 0, 2);
+    expectPoints(o, 0, {{0, -2}, {0, 2}});
+    expectCircles(run([&](Out &o) {
+                      UTMAT_CalculerCerTg2CerPs1Pt(&o0, 2, &q2, 0, &q1, o.centres, o.radii, o.points,
+                                                   &o.count);
+                  }),
+                  {{0, 15.0 / 7, 29.0 / 7}, {0, 5, 3}});
 
     // Circles r = 2 at (-+5, 0) and p = (0, 0): by symmetry centres (0, k)
     // with 25 + k^2 = (2 + |k|)^2, |k| = 5.25; no other kind closes.
@@ -317,11 +261,8 @@ TEST(TangentCircles, TangentToACircleAndALineThroughAPoint)
     const double xa = 30 + std::sqrt(1260.0), xb = 30 - std::sqrt(1260.0);
     const double ra = (xa * xa + 140) / 20, rb = (xb * xb + 140) / 20;
     expectCircles(o, {{xa, ra, ra}, {xb, rb, rb}, {16.8, 15.08, 15.08}, {0, 5, 5}}, 1e-8);
-    expectPoint(o.points[6], 0, 10);  // (0, 5) touches the circle below it
-    expectPoint(o.points[7], 0, 0);
+    expectPoints(o, 6, {{0, 10}, {0, 0}});  // (0, 5) touches the circle below it
 }
-
-/* ---- Refusals and failures ---- */
 
 // A radius not above 0 (within 0.0001) gives no circle and no error.
 TEST(TangentCircles, RadiusNotAboveZeroGivesNoCircle)
@@ -331,6 +272,7 @@ TEST(TangentCircles, RadiusNotAboveZeroGivesNoCircle)
     for (double R : {0.0, 5e-5, -2.0}) {
         SCOPED_TRACE(R);
         const std::function<void(Out &)> calls[] = {
+            [&](Out &o) { UTMAT_CalculerCerPs2PtRayon(&c, &q, R, o.centres, &o.count); },
             [&](Out &o) { UTMAT_CalculerCerTg2DteRayon(&d1, &d2, R, o.centres, o.points, &o.count); },
             [&](Out &o) { UTMAT_CalculerCerTg2CerRayon(&c, 1, &q, 1, R, o.centres, o.points, &o.count); },
             [&](Out &o) { UTMAT_CalculerCerTgCerDteRayon(&c, 1, &d1, R, o.centres, o.points, &o.count); },
@@ -338,7 +280,7 @@ TEST(TangentCircles, RadiusNotAboveZeroGivesNoCircle)
         };
         for (const auto &call : calls)
             expectCircles(run(call), {});
-        if (R != -2.0)
+        if (R != -2.0)  // this member tests |R|: -2 finds circles
             expectCircles(run([&](Out &o) {
                               UTMAT_CalculerCerTgDtePs1PtRayon(&d1, &p, R, o.centres, o.points, &o.count);
                           }),
@@ -366,8 +308,7 @@ TEST(TangentCircles, DegenerateLineFailsAndWritesNothing)
     };
     for (const auto &call : calls) {
         const Out o = run(call);
-        EXPECT_EQ(o.error, kFail);
-        EXPECT_EQ(o.count, 0);
+        EXPECT_TRUE(o.error == kFail && o.count == 0);
         EXPECT_TRUE(o.centres[0].x == kUntouched && o.radii[0] == kUntouched && o.points[0].y == kUntouched);
     }
 }
