@@ -52,17 +52,12 @@ Entries entries(const tsLinkedList *list)
     return out;
 }
 
-// Plan end points of a line as {sx, sy, ex, ey}.
-std::vector<double> ends(const tsLine &l)
+// Checks the plan end points of a line against {sx, sy, ex, ey}.
+void expectEnds(const tsLine &l, std::vector<double> want)
 {
     dpoint3d s{}, e{};
     tsLine_getEndPoints(&l, &s, &e);
-    return {s.x, s.y, e.x, e.y};
-}
-
-void expectEnds(const tsLine &l, std::vector<double> want)
-{
-    const std::vector<double> got = ends(l);
+    const double got[] = {s.x, s.y, e.x, e.y};
     for (size_t i = 0; i < 4; ++i)
         EXPECT_NEAR(got[i], want[i], 1e-9) << i;
 }
