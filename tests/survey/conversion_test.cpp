@@ -23,42 +23,26 @@ TEST(ConversionAngles, UnitsAgainstClosedForms)
     EXPECT_DOUBLE_EQ(tsConversion_radianToGrad(kPi), 200.0);
 }
 
-// Azimuth clockwise from north against direction counter-clockwise from east.
+// Azimuth clockwise from north against direction counter-clockwise from east,
+// in radians and in degrees.
 TEST(ConversionAzimuth, NorthIsUpAndEastIsZero)
 {
-    const struct Row {
-        double azimuth, direction;
-    } rows[] = {
-        {0.0, kPi / 2.0},
-        {kPi / 2.0, 0.0},  // north, east
-        {kPi, 3.0 * kPi / 2.0},
-        {-kPi / 2.0, kPi},  // south, west from a negative azimuth
-        {kPi / 4.0, kPi / 4.0},
-        {3.0 * kPi / 4.0, 7.0 * kPi / 4.0},  // north-east is its own image
-        {2.0 * kPi + kPi / 2.0, 0.0},        // more than a turn
-    };
+    // clang-format off
+    const struct Row { double azimuth, direction; } rows[] = {
+        {0.0, kPi / 2.0}, {kPi / 2.0, 0.0}, {kPi, 3.0 * kPi / 2.0}, {-kPi / 2.0, kPi},  // N, E, S, W from below 0
+        {kPi / 4.0, kPi / 4.0}, {3.0 * kPi / 4.0, 7.0 * kPi / 4.0},  // north-east is its own image
+        {2.0 * kPi + kPi / 2.0, 0.0}};                               // more than a turn
+    // clang-format on
     for (const Row &r : rows) {
+        const double azimuth = std::fmod(r.azimuth + 4.0 * kPi, 2.0 * kPi), toDeg = 180.0 / kPi;
         EXPECT_NEAR(tsConversion_azimuthToDirection(r.azimuth), r.direction, 1e-14) << r.azimuth;
-        EXPECT_NEAR(tsConversion_directionToAzimuth(r.direction), std::fmod(r.azimuth + 4.0 * kPi, 2.0 * kPi),
-                    1e-14)
-            << r.direction;
+        EXPECT_NEAR(tsConversion_directionToAzimuth(r.direction), azimuth, 1e-14) << r.direction;
+        EXPECT_NEAR(tsConversion_azimuthToDirectionDegree(r.azimuth * toDeg), r.direction * toDeg, 1e-12);
+        EXPECT_NEAR(tsConversion_directionToAzimuthDegree(r.direction * toDeg), azimuth * toDeg, 1e-12);
     }
     for (double a = 0.0; a < 2.0 * kPi; a += 0.0137) {
         const double d = tsConversion_azimuthToDirection(a);
         EXPECT_TRUE(d >= 0.0 && d < 2.0 * kPi) << a;  // stays in one turn
-    }
-}
-
-TEST(ConversionAzimuth, DegreesOnBothSides)
-{
-    const struct Row {
-        double azimuth, direction;
-    } rows[] = {{0.0, 90.0}, {135.0, 315.0}, {270.0, 180.0}, {-30.0, 120.0}};
-    for (const Row &r : rows) {
-        EXPECT_NEAR(tsConversion_azimuthToDirectionDegree(r.azimuth), r.direction, 1e-12) << r.azimuth;
-        EXPECT_NEAR(tsConversion_directionToAzimuthDegree(r.direction), std::fmod(r.azimuth + 360.0, 360.0),
-                    1e-12)
-            << r.direction;
     }
 }
 

@@ -214,16 +214,9 @@ TEST(ParseDirection, FromABackDirectionAndRadii)
 
 TEST(ParseStation, RegionBeforeOrAfter)
 {
-    struct StationRow {
-        const char16_t *text;
-        double unit;
-        bool ok;
-        double expected;
-        int32_t region;
-    };
     // Only the first plus is the station's; "12+5" joins to 125.
     // clang-format off
-    const StationRow rows[] = {
+    const struct StationRow { const char16_t *text; double unit; bool ok; double expected; int32_t region; } rows[] = {
         {u"12+34.56 R 2", 1.0, true, 1234.56, 2}, {u"R 2 12+34.56", 1.0, true, 1234.56, 2},
         {u"12+34.56 + 10", 1.0, true, 1244.56, 0}, {u"12+34.56", kFoot, true, 1234.56 * kFoot, 0},
         {u"12+34.56 M", kFoot, true, 1234.56, 0}, {u"1234.56", 1.0, true, 1234.56, 0},
