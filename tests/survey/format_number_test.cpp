@@ -78,24 +78,20 @@ TEST(FormatNumber, PrefixSuffixAndPaddedIntegers)
         int32_t value, width;
         const char *expected;
     } rows[] = {{42, 5, "00042"}, {42, 0, "42"}, {7, -3, "7"}, {-42, 5, "-0042"}, {123456, 3, "123456"}};
-    for (const Row &r : rows) {
-        EXPECT_EQ(tsFormat_getPaddedInteger(text, r.value, r.width), 0);
-        EXPECT_STREQ(text, r.expected);
-    }
+    for (const Row &r : rows)
+        EXPECT_TRUE(tsFormat_getPaddedInteger(text, r.value, r.width) == 0 && std::string(text) == r.expected)
+            << text;
     EXPECT_EQ(tsFormat_getPaddedInteger(nullptr, 1, 2), kFailure);
 }
 
 TEST(FormatSlope, FiveNotationsAndVerticals)
 {
-    const struct Row {
-        double slope;
-        int32_t mode, decimals;
-        const char16_t *expected;
-    } rows[] = {{0.5, 1, 2, u"2.00:1"},   {0.5, 2, 2, u"0.50:1"},   {0.5, 3, 2, u"50.00%"},
-                {0.5, 4, 2, u"0.50"},     {0.5, 5, 2, u"500.00%o"}, {0.0, 1, 2, u"0.00:1"},
-                {-0.25, 1, 1, u"-4.0:1"}, {-0.02, 3, 0, u"-2%"},    {1e100, 3, 2, u"oo"},
-                {-1e100, 3, 2, u"-oo"},   {2e100, 9, 2, u"oo"},     {9.9e99, 0, 2, u""},
-                {0.5, 6, 2, u""}};
+    // clang-format off
+    const struct Row { double slope; int32_t mode, decimals; const char16_t *expected; } rows[] = {
+        {0.5, 1, 2, u"2.00:1"}, {0.5, 2, 2, u"0.50:1"}, {0.5, 3, 2, u"50.00%"}, {0.5, 4, 2, u"0.50"},
+        {0.5, 5, 2, u"500.00%o"}, {0.0, 1, 2, u"0.00:1"}, {-0.25, 1, 1, u"-4.0:1"}, {-0.02, 3, 0, u"-2%"},
+        {1e100, 3, 2, u"oo"}, {-1e100, 3, 2, u"-oo"}, {2e100, 9, 2, u"oo"}, {9.9e99, 0, 2, u""}, {0.5, 6, 2, u""}};
+    // clang-format on
     for (const Row &r : rows) {
         char16_t text[256];
         std::fill(std::begin(text), std::end(text), u'#');

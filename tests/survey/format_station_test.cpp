@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -68,16 +69,12 @@ TEST(FormatStation, StakingEveryTenthAccumulatesOntoFullStations)
 
 TEST(FormatStation, RegionsAfterTheStation)
 {
-    const struct {
-        int32_t region;
-        const char *expected;
-    } rows[] = {{0, "12+34.56"}, {1, "12+34.56"}, {3, "12+34.56 R 3"}, {-2, "12+34.56 R -2"}};
-    for (const auto &r : rows) {
-        char text[64];
-        EXPECT_EQ(tsFormat_getFormattedStationRegion(text, 1234.56, r.region, 2, 2), 0);
-        EXPECT_STREQ(text, r.expected);
-    }
     char text[64];
+    for (const auto &[region, expected] :
+         {std::pair{0, "12+34.56"}, {1, "12+34.56"}, {3, "12+34.56 R 3"}, {-2, "12+34.56 R -2"}}) {
+        EXPECT_EQ(tsFormat_getFormattedStationRegion(text, 1234.56, region, 2, 2), 0);
+        EXPECT_STREQ(text, expected);
+    }
     EXPECT_EQ(tsFormat_getFormattedStationRegion(text, 1.0, 3, 2, 5), kFailure);
 }
 

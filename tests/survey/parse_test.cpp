@@ -141,12 +141,10 @@ TEST(ParseSlope, EveryNotationAndMode)
                         {u"5", 3, true, 0.05},     {u"5", 5, true, 0.005},    {u"5", 4, true, 5.0},
                         {u"0.5", 2, true, 0.5},    {u"1:0", 3, false, 0},     {u"0:1", 1, false, 0},
                         {u"5 % 2", 3, false, 0},   {u"steep", 3, false, 0}};
-    checkRows(
-        rows, std::size(rows),
-        [](double *v, const char16_t *t, double mode) {
-            return tsParse_stringToSlope(v, t, static_cast<int32_t>(mode), 1.0);
-        },
-        1e-15);
+    auto slope = [](double *v, const char16_t *t, double mode) {
+        return tsParse_stringToSlope(v, t, static_cast<int32_t>(mode), 1.0);
+    };
+    checkRows(rows, std::size(rows), slope, 1e-15);
     double v = 0.0;
     EXPECT_TRUE(tsParse_stringToSlope(&v, u"3 R", 3, 100.0) == 0 && std::fabs(v - 0.03) < 1e-15);
 }
