@@ -1,12 +1,8 @@
-// Vertical curves of a long section worked by hand.
-//  Sag: grades y = -0.04 x + 18 and y = 0.02 x + 6 meet at (200, 10); R = 3000
-//  gives L = R (g2 - g1) = 180 from (110, 13.6) to (290, 11.8), vertex (230, 11.2).
-//  Crest: y = 0.03 x + 47 and y = -0.02 x + 52 meet at (100, 50); R = -5000
-//  gives L = 250 from (-25, 46.25) to (225, 47.5), vertex (125, 48.5).
-//  Chain: A1 (vertex (0, 0), R 1000), A (100, 20, 750) and the crest A2 (850,
-//  245, -500); A touches A1 at (400, 80) and A2 at (550, 155), grades 0.4 and
-//  0.6 there; its tangent at x = 250 is y = 0.2 x - 15.
-// Other solutions are checked for what they must satisfy.
+// Vertical curves worked by hand. Sag: y = -0.04 x + 18 and 0.02 x + 6, R = 3000,
+// L = R (g2 - g1) = 180 from (110, 13.6) to (290, 11.8), vertex (230, 11.2). Crest:
+// y = 0.03 x + 47 and -0.02 x + 52, R = -5000, from (-25, 46.25) to (225, 47.5),
+// vertex (125, 48.5). Chain: A1 (0, 0, R 1000), A (100, 20, 750), A2 (850, 245,
+// -500); A touches A1 at (400, 80), A2 at (550, 155); at x = 250 y = 0.2 x - 15.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -39,11 +35,19 @@ void expectValues(const double *v, std::initializer_list<double> expected)
         EXPECT_NEAR(*v++, e, 1e-6);
 }
 
-// The outputs of one construction.
+// Leaves 32768 in the error word so that a call is seen to clear it.
+void dirtyErrorWord()
+{
+    UTMAT_Droite zero{0.0, 0.0, 1.0};
+    UTMAT_NormerDroite(&zero, nullptr);
+}
+
+// The outputs of one construction, the error word left dirty.
 struct Res {
     dpoint2d S[2]{}, T[4]{};
     double R[2]{};
     int32_t count = -1;
+    Res() { dirtyErrorWord(); }
     // The count, then vertices, radii and tangency points from the first slot.
     void expect(int32_t n, std::initializer_list<dpoint2d> s, std::initializer_list<double> r = {},
                 std::initializer_list<dpoint2d> t = {}) const
@@ -54,14 +58,6 @@ struct Res {
         expectPts(T, t);
     }
 };
-
-// Leaves 32768 in the error word (a degenerate line) so that a call is seen
-// to clear it.
-void dirtyErrorWord()
-{
-    UTMAT_Droite zero{0.0, 0.0, 1.0};
-    UTMAT_NormerDroite(&zero, nullptr);
-}
 
 int32_t errorWord()
 {
@@ -107,14 +103,12 @@ TEST(Parabola, VerticalCurveBetweenTwoGrades)
     };
     for (const auto &[d1, d2, R, count, S, T1, T2] : rows) {
         Res o;  // S, T1, T2 in T
-        dirtyErrorWord();
         UTMAT_CalculerArcParTg2DteRayon(&d1, &d2, R, &o.T[0], &o.T[1], &o.T[2], &o.count);
         EXPECT_EQ(errorWord(), 0);
         o.expect(count, {}, {}, {S, T1, T2});
     }
-    // Given length: L' = -L first, R = -250 / 0.05 = -5000, the crest; then R =
-    // 5000, the sag on the far sides: S.x = 100 - 0.01 * 2500 = 75, S.y = (75 +
-    // 75) 0.03 + 47 = 51.5, T1.x = 75 + 150, T2.x = 75 - 100. Parallel: none.
+    // Length 250: -L first (the crest), then R = 5000 on the far sides: S.x = 100 -
+    // 0.01 * 2500 = 75, S.y = 150 * 0.03 + 47, T.x = 75 + 150, 75 - 100.
     Res o;
     UTMAT_CalculerArcParTg2DteLongueur(&crestIn, &crestOut, 250.0, o.S, o.R, o.T, &o.count);
     o.expect(2, {{125.0, 48.5}, {75.0, 51.5}}, {-5000.0, 5000.0},
@@ -124,7 +118,7 @@ TEST(Parabola, VerticalCurveBetweenTwoGrades)
     EXPECT_EQ(o.count, 0);
 }
 
-TEST(Parabola, ArcThroughPoints)
+TEST(Parabola, ArcThroughPointsOrFromVertex)
 {
     // Three points of the sag, (200, 11.2 + 30^2 / 6000) on it; then collinear.
     const dpoint2d p1{110.0, 13.6}, p2{200.0, 11.35}, p3{290.0, 11.8}, far{350.0, 13.6};
@@ -146,18 +140,13 @@ TEST(Parabola, ArcThroughPoints)
         UTMAT_CalculerArcParPs1PtSommet(&first, &second, o.R, &o.count);
         o.expect(n, {}, {R});
     }
-}
 
-TEST(Parabola, ArcFromVertex)
-{
     const double n = std::sqrt(1.0016);  // the incoming sag grade, normalised
     const UTMAT_Droite unit{-0.04 / n, -1.0 / n, 18.0 / n}, through{0.1, -1.0, 11.2 - 23.0};
-    Res o;
     o.S[0] = {230.0, 11.2};
     UTMAT_CalculerArcParTg1DteSommet(&unit, o.S, o.R, o.T, &o.count);
     o.expect(1, {{230.0, 11.2}}, {3000.0}, {{110.0, 13.6}});  // S written back unchanged
-    // The raw grade puts a = -0.04 beside b' = -1 / n, n^2 = 1.0016: the
-    // slope comes out n times too steep and R = 3000 / n^2.
+    // The raw a = -0.04 beside b' = -1 / n: slope n times too steep, R = 3000 / n^2.
     UTMAT_CalculerArcParTg1DteSommet(&sagIn, o.S, o.R, o.T, &o.count);
     o.expect(1, {}, {3000.0 / 1.0016});
     // A grade through the vertex: R = 0, then the tangency guard fails.
@@ -167,8 +156,7 @@ TEST(Parabola, ArcFromVertex)
     // From A1, the arc of vertex (100, 20): R = 100^2 / 2 / -20 + 1000 = 750.
     UTMAT_CalculerArcParTg1ArcParSommet(&A1.S, A1.R, &A.S, o.R, o.T, &o.count);
     o.expect(1, {}, {750.0}, {{400.0, 80.0}});
-    // A vertex straight above A1's: R = R0, and T.x = 0 / 0 is refused, the
-    // radius staying stored.
+    // Straight above A1's vertex: R = R0, T.x = 0 / 0 refused, the radius kept.
     const dpoint2d above{0.0, 50.0};
     UTMAT_CalculerArcParTg1ArcParSommet(&A1.S, A1.R, &above, o.R, o.T, &o.count);
     EXPECT_EQ(o.count, 0);
@@ -179,25 +167,21 @@ TEST(Parabola, ArcThroughPointTangentToGrades)
 {
     const dpoint2d vertex{230.0, 11.2}, end{290.0, 11.8}, start{110.0, 13.6}, mirror{350.0, 13.6};
     Res o;
-    // R = 3000 through the sag's vertex, tangent to the incoming grade. Local
-    // to the vertex the grade is y = -0.04 x - 2.4 and S.x^2 - 240 S.x = 0:
-    // S.x = 240 gives S.y = -57600 / 6000 = -9.6, T.x = 240 - 120.
+    // R = 3000 through the vertex, on the incoming grade y = -0.04 x - 2.4 there:
+    // S.x^2 - 240 S.x = 0, S.x = 240, S.y = -57600 / 6000, T.x = 240 - 120.
     UTMAT_CalculerArcParTg1DteRayon(&sagIn, &vertex, 3000.0, o.S, o.T, &o.count);
     o.expect(2, {{470.0, 1.6}, vertex}, {}, {{350.0, 4.0}, start});
-    // Through the vertex and the end of the sag: R = 3000 - 100 S.x and
-    // 25 S.x^2 - 720 S.x = 0; S.x = 28.8 gives R = 120.
+    // Vertex and end: R = 3000 - 100 S.x, 25 S.x^2 - 720 S.x = 0, S.x = 28.8.
     UTMAT_CalculerArcParTg1DtePs2Pt(&sagIn, &vertex, &end, o.S, o.R, o.T, &o.count);
     o.expect(2, {{258.8, 7.744}, vertex}, {120.0, 3000.0}, {{254.0, 7.84}, start});
     // Level points: the quadratic in R has the double root 3000, one solution.
     UTMAT_CalculerArcParTg1DtePs2Pt(&sagIn, &start, &mirror, o.S, o.R, o.T, &o.count);
     o.expect(1, {vertex}, {3000.0}, {start});
-    // Both sag grades through the vertex: w = 3.6 / 0.0012 = 3000,
-    // R = 3000 + 100 S.x, 9 S.x^2 + 240 S.x = 0.
+    // Both grades: w = 3.6 / 0.0012, R = 3000 + 100 S.x, 9 S.x^2 + 240 S.x = 0.
     UTMAT_CalculerArcParTg2DtePs1Pt(&sagIn, &sagOut, &vertex, o.S, o.R, o.T, &o.count);
     o.expect(2, {{230.0 - 80.0 / 3.0, 11.2 - 16.0 / 15.0}, vertex}, {1000.0 / 3.0, 3000.0},
              {{190.0, 10.4}, {210.0, 10.2}, start, end});
-    // Opposite grades 2 % fix S.x at the crossing x = 100; through
-    // (150, -0.125): 0.0002 R^2 + 2.125 R + 1250 = 0, R = -10000 or -625.
+    // Grades -+2 % fix S.x = 100: 0.0002 R^2 + 2.125 R + 1250 = 0 through p.
     const UTMAT_Droite up{0.02, -1.0, 0.0}, down{-0.02, -1.0, 4.0};
     const dpoint2d p{150.0, -0.125};
     UTMAT_CalculerArcParTg2DtePs1Pt(&up, &down, &p, o.S, o.R, o.T, &o.count);
@@ -205,22 +189,24 @@ TEST(Parabola, ArcThroughPointTangentToGrades)
              {{-100.0, -2.0}, {300.0, -2.0}, {87.5, 1.75}, {112.5, 1.75}});
 }
 
-// Each construction below must find A among its solutions; the counts come
-// from a scan of the tangency point along the first element.
+// Each construction must find A; counts from a scan along the first element.
 TEST(Parabola, ArcsOfAChainTangentToArcs)
 {
     Res o;
     const dpoint2d onA{250.0, 35.0}, mirror{-50.0, 35.0};
     const Arc tangent{{0.2, -15.0}, 0.0};  // A's grade at x = 250, y = 0.2 x - 15
     const auto arc = [&](int i, double R = 0.0) { return Arc{o.S[i], R == 0.0 ? o.R[i] : R}; };
+    const auto expectA1 = [&] {  // A as the second solution
+        expectPts(&o.S[1], {A.S});
+        expectValues(&o.R[1], {750.0});
+    };
     const auto touchesBoth = [&](int i, double R, const Arc &a, const Arc &b) {
         expectTouch(arc(i, R), a, o.T[2 * i]);
         expectTouch(arc(i, R), b, o.T[2 * i + 1]);
     };
     UTMAT_CalculerArcParTg2ArcParPs1Pt(&A1.S, A1.R, &A2.S, A2.R, &onA, o.S, o.R, o.T, &o.count);
     o.expect(2, {});
-    expectPts(&o.S[1], {A.S});
-    expectValues(&o.R[1], {750.0});
+    expectA1();
     for (int i = 0; i < 2; ++i) {
         touchesBoth(i, 0.0, A1, A2);
         EXPECT_NEAR(level(arc(i), 250.0), 35.0, 1e-6);
@@ -249,8 +235,7 @@ TEST(Parabola, ArcsOfAChainTangentToArcs)
     touchesBoth(1, 750.0, A2, tangent);
     UTMAT_CalculerArcParTgArcParDtePs1Pt(&A2.S, A2.R, &line, &A.S, o.S, o.R, o.T, &o.count);
     o.expect(2, {});
-    expectPts(&o.S[1], {A.S});
-    expectValues(&o.R[1], {750.0});
+    expectA1();
     touchesBoth(0, 0.0, A2, tangent);
     EXPECT_NEAR(level(arc(0), 100.0), 20.0, 1e-6);
     // One vertex twice: nothing; equal radii fix S.x = (X^2 - 2 Y (R - R1)) / 2X.
@@ -263,7 +248,7 @@ TEST(Parabola, ArcsOfAChainTangentToArcs)
     touchesBoth(0, -500.0, A1, twin);
 }
 
-TEST(Parabola, TangentLines)
+TEST(Parabola, TangentLinesAndCrossings)
 {
     UTMAT_Droite out[2];
     Res o;
@@ -282,9 +267,8 @@ TEST(Parabola, TangentLines)
     // From the vertex itself the double root m = 0 is a horizontal tangent.
     UTMAT_CalculerDroiteTg1ArcParPs1Pt(&A.S, &A.S, A.R, out, o.T, &o.count);
     EXPECT_EQ(o.count, 0);
-    // A1 and the crest (400, -50, -1000): 1000 m^2 - 400 m - 50 = 0 gives
-    // y = 0.5 x - 125 and y = -0.1 x - 5; with the crest at (400, 0) the
-    // second root is m = 0, horizontal, and dropped.
+    // A1 and (400, -50, -1000): 1000 m^2 - 400 m - 50 = 0, m = 0.5, -0.1; with
+    // the crest at (400, 0) the root m = 0 is horizontal and dropped.
     const dpoint2d crest{400.0, -50.0}, crestHigh{400.0, 0.0};
     UTMAT_CalculerDroiteTg2ArcPar(&A1.S, A1.R, &crest, -1000.0, out, o.T, &o.count);
     o.expect(2, {}, {}, {{500.0, 125.0}, {-100.0, -175.0}, {-100.0, 5.0}, {500.0, -55.0}});
@@ -292,19 +276,13 @@ TEST(Parabola, TangentLines)
     EXPECT_NEAR(out[1].a / out[1].b, 0.1, 1e-9);
     UTMAT_CalculerDroiteTg2ArcPar(&A1.S, A1.R, &crestHigh, -1000.0, out, o.T, &o.count);
     o.expect(1, {}, {}, {{400.0, 80.0}, {0.0, -80.0}});
-    // Sag and crest of the chain have no common tangent; R1 near 0 none
-    // either, while R2 = 0 is not tested and leaves a point that is not a number.
+    // A1, A2: none; R1 near 0: none; R2 = 0 is not tested and leaves a NaN.
     UTMAT_CalculerDroiteTg2ArcPar(&A1.S, A1.R, &A2.S, A2.R, out, o.T, &o.count);
     EXPECT_EQ(o.count, 0);
     UTMAT_CalculerDroiteTg2ArcPar(&A1.S, 0.0, &crest, -1000.0, out, o.T, &o.count);
     EXPECT_EQ(o.count, 0);
     UTMAT_CalculerDroiteTg2ArcPar(&A1.S, A1.R, &crest, 0.0, out, o.T, &o.count);
     EXPECT_TRUE(std::isnan(o.T[1].y));
-}
-
-TEST(Parabola, Crossings)
-{
-    Res o;
     const std::tuple<UTMAT_Droite, Arc, int32_t, dpoint2d, dpoint2d> lines[] = {
         {{0.0, -1.0, 80.0}, A1, 2, {400.0, 80.0}, {-400.0, 80.0}},  // x^2 = 160000
         {{2.0, 0.0, -200.0}, A1, 1, {100.0, 5.0}, {}},              // vertical: its one point
@@ -329,9 +307,8 @@ TEST(Parabola, Crossings)
     }
 }
 
-// A degenerate line fails where it is normalised (32768, outputs zeroed)
-// and elsewhere only has no slope form (count 0, no error); a null d1 is
-// the one null test and writes nothing.
+// A degenerate line fails where normalised (32768), elsewhere count 0, no error;
+// outputs zeroed. A null d1 is the one null test and writes nothing.
 TEST(Parabola, DegenerateLineAndNullLine)
 {
     const UTMAT_Droite none{0.0, 0.0, 5.0};

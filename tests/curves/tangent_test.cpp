@@ -1,5 +1,4 @@
-// Circles through points and tangent to lines and circles, worked by hand:
-// counts, order, repeats, and what a refused or failed call leaves.
+// Circles through points, tangent to lines and circles, worked by hand.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -50,8 +49,7 @@ struct Circle {
     double x, y, r;
 };
 
-// No error, the centres (and radii when r >= 0) in order, then the points
-// from the first slot on; leaves the error word dirty for the next call.
+// No error, the centres (radii when r >= 0) and points in order; re-dirties.
 void expectCircles(const Out &o, const std::vector<Circle> &expected,
                    std::initializer_list<dpoint2d> points = {}, double tol = 1e-9)
 {
@@ -71,10 +69,8 @@ void expectCircles(const Out &o, const std::vector<Circle> &expected,
     dirty();
 }
 
-// Right angles at p1: the centre is the middle of the hypotenuse, 2.5 away
-// (the second row takes the branch with u vertical); collinear; coincident.
-// Two points 6 apart: R = 5 puts the centres 4 off the middle (13, 20), R = 3
-// on it; R = 2 gives none, as does one point twice.
+// Right angles at p1 (the second with u vertical): the hypotenuse's middle.
+// Points 6 apart: R = 5 puts the centres 4 off the middle (13, 20), R = 3 on it.
 TEST(TangentCircles, ThroughThreeOrTwoPoints)
 {
     const std::tuple<dpoint2d, dpoint2d, dpoint2d, std::vector<Circle>> rows[] = {
@@ -101,10 +97,8 @@ TEST(TangentCircles, ThroughThreeOrTwoPoints)
     }
 }
 
-// Road 1 runs east along y = 2000 (written -2 y + 4000 = 0, not normalised);
-// road 2 crosses it at (1000, 2000) heading (3, 4): 4 x - 3 y + 2000 = 0.
-// About the crossing, a centre at -y = 10 s1, (4 x - 3 y) / 5 = 10 s2 lies
-// at x = (50 s2 - 30 s1) / 4; its foot on road 2 is c -+ 2 (4, -3).
+// Roads y = 2000 (not normalised) and 4 x - 3 y + 2000 = 0 cross at (1000, 2000):
+// about it -y = 10 s1, (4 x - 3 y) / 5 = 10 s2, so x = (50 s2 - 30 s1) / 4; feet c -+ 2 (4, -3).
 TEST(TangentCircles, RoadFilletOfRadiusTenBetweenTwoRoads)
 {
     UTMAT_Droite d1{0, -2, 4000}, d2{4, -3, 2000};
@@ -125,11 +119,8 @@ TEST(TangentCircles, RoadFilletOfRadiusTenBetweenTwoRoads)
     expectCircles(none, {});
 }
 
-// The axes -y = 0 and x = 0. Through (1, 2) the circles of the first quadrant
-// have centre (a, a) with (a - 1)^2 + (a - 2)^2 = a^2: a = 5 and 1, the larger
-// root first; the other quadrants give no real or no positive a. On the x axis
-// at (5, 0): centre (5, -+5), the root rho = 0 dropped; at the crossing only
-// rho = 0 is left. Between y = 0 and y = 2 from (0, 0): one double root.
+// The axes; through (1, 2): centre (a, a), (a - 1)^2 + (a - 2)^2 = a^2, a = 5, 1.
+// At (5, 0): (5, -+5), rho = 0 dropped, as at (0, 0). Between y = 0 and 2: one.
 TEST(TangentCircles, CircleThroughAPointTangentToTwoLines)
 {
     const UTMAT_Droite xAxis{0, -1, 0}, yAxis{3, 0, 0}, y2{0, -1, 2};
@@ -149,9 +140,8 @@ TEST(TangentCircles, CircleThroughAPointTangentToTwoLines)
     expectCircles(o4, {{0, 1, 1}}, {{0, 0}, {0, 2}});
 }
 
-// y = 0 and p = (3, 1): a centre (x, 5) with (x - 3)^2 = 9 is 0 or 6; -5 is
-// taken as it stands and finds the same. R = 0.4 cannot reach the line.
-// Through (0, 1) and (0, 9) the centre is (+-3, 5), radius 5.
+// y = 0, p = (3, 1): centre (x, 5), (x - 3)^2 = 9; -5 finds the same, 0.4 none.
+// Through (0, 1) and (0, 9): (+-3, 5), radius 5.
 TEST(TangentCircles, TangentToALineThroughPoints)
 {
     const UTMAT_Droite d{0, -1, 0};
@@ -168,13 +158,9 @@ TEST(TangentCircles, TangentToALineThroughPoints)
     expectCircles(o, {{-3, 5, 5}, {3, 5, 5}}, {{-3, 0}, {3, 0}});
 }
 
-// A road y = 53 passing a roundabout of radius 5 at (100, 50); R = 3. About
-// the roundabout: a centre on y = 0 or 6 (line) at 8 (outside) or 2 (inside)
-// from it: inside (-2, 0), (2, 0); outside (+-sqrt 28, 6), (-8, 0), (8, 0),
-// touching it at (centre - c) 5 / (5 + 3 s) for s = -1 inside, 1 outside.
-// Two circles of radius 2, 8 apart, and R = 3: centres 5 from each, (4, -+3).
-// A circle of radius 0 is a point both signs reach alike: kept once, where first
-// found. Point circles 10 apart give R = 5 one centre (four times).
+// Road y = 53, roundabout r = 5 at (100, 50), R = 3: centres on y = 0 or 6 about
+// it, 2 (inside) or 8 away, touching at (centre - c) 5 / (5 + 3 s), s = -+1.
+// r = 2 at 8 apart: centres (4, -+3) about c1. Point circles: kept once.
 TEST(TangentCircles, TangentToCirclesWithRadiusAndRepeats)
 {
     const dpoint2d c{100, 50}, c1{100, 100}, c2{108, 100}, c3{110, 100};
@@ -202,14 +188,9 @@ TEST(TangentCircles, TangentToCirclesWithRadiusAndRepeats)
     expectCircles(points, {{105, 100, -1}});
 }
 
-// p on the circle, R = r: from inside the circle itself (d = 0, its point p's
-// coordinates moved back once more: 2 p); from outside the centre 10 away.
-// A point circle at (10, 20) and (16, 20) with R = 5 repeat the two-point case.
-// Circle r = 2 at the origin, chord (-3, 5) (3, 5): centres (0, k). From inside
-// rho - 2 = k, rho^2 = 9 + (k - 5)^2: k = 15/7, rho = 29/7; from outside k - 2
-// = rho: k = 5, rho = 3; the point circle at (3, 5) with (-3, 5) finds the same.
-// Circles r = 2 at (-+5, 0) and p = (0, 0): by symmetry centres (0, k) with 25
-// + k^2 = (2 + |k|)^2, |k| = 5.25, the points (-+5, 0) + (+-5, k) 2 / 7.25.
+// p on the circle, R = r: the circle itself (d = 0: point p moved back twice, 2 p)
+// and the centre 10 away. r = 2, chord (-+3, 5): (0, k), rho -+ 2 = k, rho^2 = 9 +
+// (k - 5)^2. r = 2 at (-+5, 0), p = 0: 25 + k^2 = (2 + |k|)^2, touching 2 / 7.25 on.
 TEST(TangentCircles, TangentToACircleThroughPoints)
 {
     const dpoint2d c{100, 0}, p{105, 0}, a{10, 20}, b{16, 20}, o0{0, 0}, q1{-3, 5}, q2{3, 5}, l{-5, 0},
@@ -229,10 +210,8 @@ TEST(TangentCircles, TangentToACircleThroughPoints)
     expectCircles(sym, {{0, -5.25, 5.25}, {0, 5.25, 5.25}}, {{-u, -v}, {u, -v}, {-u, v}, {u, v}});
 }
 
-// Line y = 0, circle r = 2 at (0, 12), p = (3, 9): a centre (x, rho) above
-// the line with (x - 3)^2 = 18 rho - 81. Outside x^2 + 140 = 28 rho: x = 0
-// or 16.8; inside x^2 + 140 = 20 rho: x = 30 -+ sqrt(1260). Inside first,
-// each kind the larger radius first; (0, 5) touches the circle below it.
+// y = 0, r = 2 at (0, 12), p = (3, 9): (x - 3)^2 = 18 rho - 81 with x^2 + 140 =
+// 20 rho (inside, first) or 28 rho (outside); (0, 5) touches at (0, 10).
 TEST(TangentCircles, TangentToACircleAndALineThroughAPoint)
 {
     const dpoint2d c{0, 12}, p{3, 9};
@@ -270,8 +249,7 @@ TEST(TangentCircles, RadiusNotAboveZeroGivesNoCircle)
     }
 }
 
-// A line with a and b both 0 fails every member that takes a line, with the
-// count at 0 and nothing written.
+// A line with a = b = 0 fails every member taking a line, writing nothing.
 TEST(TangentCircles, DegenerateLineFailsAndWritesNothing)
 {
     const UTMAT_Droite bad{0, 0, 5}, good{0, -1, 0};
