@@ -61,9 +61,7 @@ TEST(CirclePoints, ProjectionPointAtAngleClassAndNulls)
 TEST(CircleIntersect, LineAndCircleSecantTangentAndDisjoint)
 {
     const dpoint2d centre{0, 0};  // R = 5, tol 0.01
-    // The horizontal line y given as (0, 2, -2y): heading west once normalised.
-    // y = 3: the first point forward along (-1, 0), the second behind (3-4-5);
-    // at R + tol and within tol inside: the foot, off the circle; beyond: none.
+    // y as (0, 2, -2y), heading west: at 3 forward then behind (3-4-5); within tol: the foot.
     const std::tuple<double, int32_t, dpoint2d, dpoint2d> rows[] = {{3.0, 2, {-4, 3}, {4, 3}},
                                                                     {5.01, 1, {0, 5.01}, {9, 9}},
                                                                     {4.995, 1, {0, 4.995}, {9, 9}},
@@ -87,13 +85,11 @@ TEST(CircleIntersect, LineAndCircleSecantTangentAndDisjoint)
     EXPECT_EQ(count, -7);
 }
 
-// Unwritten slots keep (9, 9). The last row stakes out a point 30 m from A and
-// 40 m from B, 50 m apart: A + 18 (0.6, 0.8) -+ 24 (-0.8, 0.6).
+// The last row stakes out 30 m from A, 40 m from B: A + 18 (0.6, 0.8) -+ 24 (-0.8, 0.6).
 TEST(CircleIntersect, TwoCirclesLeftCrossingFirstAndConcentricCases)
 {
-    // Left of east is north, left of south is east; outer tangency; apart; the
-    // same circle, also at squared distance 2.5e-5 (not above tol); concentric
-    // with radii differing: no error, unless tol < 0 makes a zero radical line.
+    // Left of east is north, of south east; the same circle also at squared distance
+    // 2.5e-5 (not above tol); concentric: no error unless tol < 0 (zero radical line).
     const std::tuple<P, double, P, double, double, int32_t, int32_t, P, P> rows[] = {
         {{0, 0}, 5, {8, 0}, 5, 1e-4, 2, 0, {4, 3}, {4, -3}},
         {{0, 0}, 5, {0, -8}, 5, 1e-4, 2, 0, {3, -4}, {-3, -4}},
@@ -116,9 +112,8 @@ TEST(CircleIntersect, TwoCirclesLeftCrossingFirstAndConcentricCases)
     }
 }
 
-// Rows a, b, c, count, roots; 3 (x - 3.7)^2 and 3 (x - 0.7)^2 expanded leave a
-// rounding discriminant of +5.7e-14 and -3.6e-15: the propagated tolerance keeps
-// one root. x^2 + 1e8 x + 1 keeps the small root -1e-8 - 1e-24 to full precision.
+// 3 (x - 3.7)^2 and 3 (x - 0.7)^2 expanded leave discriminants +5.7e-14 and -3.6e-15;
+// x^2 + 1e8 x + 1 keeps the small root -1e-8 - 1e-24 to full precision.
 TEST(CircleRoots, QuadraticRootsLargerMagnitudeFirst)
 {
     const double b37 = -2 * 3.0 * 3.7, c37 = 3.0 * 3.7 * 3.7, b07 = -2 * 3.0 * 0.7, c07 = 3.0 * 0.7 * 0.7;
@@ -142,8 +137,7 @@ TEST(CircleRoots, QuadraticRootsLargerMagnitudeFirst)
     EXPECT_EQ(roots[0], 9.0);
 }
 
-// Coefficients constant first. The iteration stops once |p(x)| is within 6e-8
-// of its rounding bound: simple roots to about 1e-7, a double root to its root.
+// Stopping within 6e-8 of the rounding bound: simple roots to 1e-7, a double one worse.
 TEST(CircleRoots, LaguerreFindsKnownRootsSortedByRealPart)
 {
     const double r3 = std::sqrt(3.0);
@@ -171,8 +165,7 @@ TEST(CircleRoots, LaguerreFindsKnownRootsSortedByRealPart)
                     << want.x << " " << want.y << " polish " << polish;
         }
     }
-    // x^2 + 1: -i found first from 0, deflation leaves i; equal real parts, so
-    // the stable sort keeps i before -i. Degree 0 then writes nothing.
+    // x^2 + 1: -i found first, i left; the stable sort keeps i first. Degree 0: nothing.
     const dpoint2d unitCircle[] = {{1, 0}, {0, 0}, {1, 0}};
     dpoint2d roots[2];
     UTMAT_CalculerRacinePolynomeLaguerre(unitCircle, 2, roots, 0);
@@ -186,9 +179,8 @@ TEST(CircleRoots, LaguerreFindsKnownRootsSortedByRealPart)
 TEST(CircleTriangles, SegmentAgainstTriangleAtVerticesAndEdges)
 {
     const dpoint2d t1{0, 0}, t2{0, 4}, t3{4, 0};
-    // Crossing, inside (then the sense wrong), boxes apart, all on one side, on
-    // the hypotenuse, 1.4e-3 clear, on t3; last the first-edge shortcut: clear
-    // in the box, x = 3.5 leaving t1 and t2 on one side, t3 on the other: met.
+    // Crossing, inside (then the sense wrong), apart, one side, on the hypotenuse, 1.4e-3
+    // clear, on t3; last the first-edge shortcut: x = 3.5 with t1, t2 on one side: met.
     const std::tuple<dpoint2d, dpoint2d, int32_t, int32_t> rows[] = {
         {{-1, 1}, {1, 1}, 1, 1},        {{1, 1}, {2, 1}, 1, 1},     {{1, 1}, {2, 1}, 0, 0},
         {{10, 10}, {11, 11}, 1, 0},     {{2.5, 3}, {3, 2.5}, 1, 0}, {{2, 2}, {3, 3}, 1, 1},
@@ -208,12 +200,10 @@ TEST(CircleTriangles, SegmentAgainstTriangleAtVerticesAndEdges)
     EXPECT_EQ(errorWord(), kFail);
 }
 
-// a1 a2 a3, b1 b2 b3, both clockwise. A's third line repeats its second, so
-// containment never sees the edge (a3, a1): B beyond that edge is reported.
+// A's third line repeats its second: B beyond the edge (a3, a1) is reported.
 TEST(CircleTriangles, TwoTrianglesThroughEdgesThenContainment)
 {
-    // B inside A, A inside B, edges crossing, boxes apart, a shared vertex, B
-    // touching the hypotenuse, B beyond the third edge, B beyond the second.
+    // Inside either way, crossing, apart, a shared vertex, touching, beyond edges 3 and 2.
     const std::tuple<P, P, P, P, P, P, int32_t> rows[] = {
         {{0, 0}, {0, 4}, {4, 0}, {1, 1}, {1, 2}, {2, 1}, 1},
         {{1, 1}, {1, 2}, {2, 1}, {0, 0}, {0, 4}, {4, 0}, 1},
@@ -233,16 +223,14 @@ TEST(CircleTriangles, TwoTrianglesThroughEdgesThenContainment)
     EXPECT_EQ(errorWord(), kFail);
 }
 
-// A circle of radius 5 at the origin, whole (chord line 0) or cut by the chord
-// (-5, 0) (5, 0) heading east, which keeps the lower half (positive powers).
+// Radius 5 at 0, whole (chord line 0) or the lower half kept by the chord heading east.
 TEST(CircleTriangles, CircleSegmentAgainstTriangle)
 {
     const dpoint2d centre{0, 0}, chordA{-5, 0}, chordB{5, 0}, boxMin{-5, -5}, wholeMax{5, 5}, halfMax{5, 0};
     const UTMAT_Droite noChord{0, 0, 0}, chord{0, -1, 0};
-    // Whole: apart, all inside (only the boundary counts), one vertex in, an edge
-    // through, in the box's corner, around (then the sense wrong). Half: above,
-    // one in, edges across disc and chord, and (3, 4) on the circle beyond the
-    // chord, its edge to (6, -1) crossing y = 0 at 5.4: the vertex rule meets.
+    // Whole: apart, all inside (no boundary), one in, an edge through, corner, around (then
+    // sense wrong). Half: above, one in, across disc and chord, (3, 4) on the circle
+    // beyond the chord, its edge to (6, -1) crossing y = 0 at 5.4: the vertex rule meets.
     const std::tuple<bool, dpoint2d, dpoint2d, dpoint2d, int32_t, int32_t> rows[] = {
         {false, {10, 10}, {11, 10}, {10, 11}, 1, 0},   {false, {0, 0}, {1, 0}, {0, 1}, 1, 0},
         {false, {0, -4}, {0, -6}, {1, -6}, 1, 1},      {false, {-10, 1}, {10, 1}, {0, 10}, 1, 1},
