@@ -58,7 +58,7 @@ TEST(CirclePoints, ProjectionPointAtAngleClassAndNulls)
     EXPECT_EQ(angle, 9.0);
 }
 
-TEST(CircleIntersect, LineAndCircleSecantTangentAndDisjoint)
+TEST(CircleIntersect, LineAndCircleThenTwoCircles)
 {
     const dpoint2d centre{0, 0};  // R = 5, tol 0.01
     // y as (0, 2, -2y), heading west: at 3 forward then behind (3-4-5); within tol: the foot.
@@ -83,14 +83,11 @@ TEST(CircleIntersect, LineAndCircleSecantTangentAndDisjoint)
     UTMAT_CalculerIntersectionDroiteCercle(&none, &centre, 5.0, 0.01, out, &count);
     EXPECT_EQ(errorWord(), kFail);
     EXPECT_EQ(count, -7);
-}
 
-// The last row stakes out 30 m from A, 40 m from B: A + 18 (0.6, 0.8) -+ 24 (-0.8, 0.6).
-TEST(CircleIntersect, TwoCirclesLeftCrossingFirstAndConcentricCases)
-{
+    // The last row stakes out 30 m from A, 40 m from B: A + 18 (0.6, 0.8) -+ 24 (-0.8, 0.6).
     // Left of east is north, of south east; the same circle also at squared distance
     // 2.5e-5 (not above tol); concentric: no error unless tol < 0 (zero radical line).
-    const std::tuple<P, double, P, double, double, int32_t, int32_t, P, P> rows[] = {
+    const std::tuple<P, double, P, double, double, int32_t, int32_t, P, P> circles[] = {
         {{0, 0}, 5, {8, 0}, 5, 1e-4, 2, 0, {4, 3}, {4, -3}},
         {{0, 0}, 5, {0, -8}, 5, 1e-4, 2, 0, {3, -4}, {-3, -4}},
         {{0, 0}, 5, {10, 0}, 5, 1e-4, 1, 0, {5, 0}, {9, 9}},
@@ -101,7 +98,7 @@ TEST(CircleIntersect, TwoCirclesLeftCrossingFirstAndConcentricCases)
         {{0, 0}, 5, {0, 0}, 6, -1.0, 0, kFail, {9, 9}, {9, 9}},
         {{1000, 2000}, 30, {1030, 2040}, 40, 1e-4, 2, 0, {991.6, 2028.8}, {1030, 2000}},
     };
-    for (const auto &[c1, R1, c2, R2, tol, expected, error, first, second] : rows) {
+    for (const auto &[c1, R1, c2, R2, tol, expected, error, first, second] : circles) {
         dpoint2d out[2] = {{9, 9}, {9, 9}};
         int32_t count = -7;
         UTMAT_CalculerIntersection2Cercle(&c1, R1, &c2, R2, tol, out, &count);
@@ -114,7 +111,7 @@ TEST(CircleIntersect, TwoCirclesLeftCrossingFirstAndConcentricCases)
 
 // 3 (x - 3.7)^2 and 3 (x - 0.7)^2 expanded leave discriminants +5.7e-14 and -3.6e-15;
 // x^2 + 1e8 x + 1 keeps the small root -1e-8 - 1e-24 to full precision.
-TEST(CircleRoots, QuadraticRootsLargerMagnitudeFirst)
+TEST(CircleRoots, QuadraticLargerFirstAndLaguerreSortedByRealPart)
 {
     const double b37 = -2 * 3.0 * 3.7, c37 = 3.0 * 3.7 * 3.7, b07 = -2 * 3.0 * 0.7, c07 = 3.0 * 0.7 * 0.7;
     ASSERT_TRUE(b37 * b37 - 4 * 3.0 * c37 != 0.0 && b07 * b07 - 4 * 3.0 * c07 != 0.0);
@@ -135,20 +132,17 @@ TEST(CircleRoots, QuadraticRootsLargerMagnitudeFirst)
     UTMAT_ResoudreEquation2Degre(1, 0, -4, 0, roots, nullptr);
     EXPECT_EQ(errorWord(), kFail);
     EXPECT_EQ(roots[0], 9.0);
-}
 
-// Stopping within 6e-8 of the rounding bound: simple roots to 1e-7, a double one worse.
-TEST(CircleRoots, LaguerreFindsKnownRootsSortedByRealPart)
-{
+    // Stopping within 6e-8 of the rounding bound: simple roots to 1e-7, a double one worse.
     const double r3 = std::sqrt(3.0);
-    const std::tuple<std::vector<dpoint2d>, std::vector<dpoint2d>, double> rows[] = {
+    const std::tuple<std::vector<dpoint2d>, std::vector<dpoint2d>, double> polynomials[] = {
         {{{-6, 0}, {11, 0}, {-6, 0}, {1, 0}}, {{1, 0}, {2, 0}, {3, 0}}, 1e-6},  // (x-1)(x-2)(x-3)
         {{{-1, 2}, {-2, -2}, {1, 0}}, {{0, 1}, {2, 1}}, 1e-6},                  // (x-i)(x-2-i)
         // x^3 - 8: p'(0) = p''(0) = 0, no step from 0, the start moves to -1.
         {{{-8, 0}, {0, 0}, {0, 0}, {1, 0}}, {{-1, r3}, {-1, -r3}, {2, 0}}, 1e-6},
         {{{2, 0}, {-3, 0}, {0, 0}, {1, 0}}, {{-2, 0}, {1, 0}, {1, 0}}, 5e-4},  // (x-1)^2 (x+2)
     };
-    for (const auto &[coefficients, expected, tol] : rows) {
+    for (const auto &[coefficients, expected, tol] : polynomials) {
         const auto near = [&, tol = tol](const dpoint2d &z, const dpoint2d &w) {  // nearly real made real
             return std::fabs(z.x - w.x) <= tol && std::fabs(z.y - w.y) <= tol && (w.y != 0 || z.y == 0.0);
         };
@@ -167,12 +161,12 @@ TEST(CircleRoots, LaguerreFindsKnownRootsSortedByRealPart)
     }
     // x^2 + 1: -i found first, i left; the stable sort keeps i first. Degree 0: nothing.
     const dpoint2d unitCircle[] = {{1, 0}, {0, 0}, {1, 0}};
-    dpoint2d roots[2];
-    UTMAT_CalculerRacinePolynomeLaguerre(unitCircle, 2, roots, 0);
-    expectPoint(roots[0], 0, 1, 0.0);
-    expectPoint(roots[1], 0, -1, 0.0);
-    UTMAT_CalculerRacinePolynomeLaguerre(unitCircle, 0, roots, 1);
-    expectPoint(roots[0], 0, 1, 0.0);
+    dpoint2d unitRoots[2];
+    UTMAT_CalculerRacinePolynomeLaguerre(unitCircle, 2, unitRoots, 0);
+    expectPoint(unitRoots[0], 0, 1, 0.0);
+    expectPoint(unitRoots[1], 0, -1, 0.0);
+    UTMAT_CalculerRacinePolynomeLaguerre(unitCircle, 0, unitRoots, 1);
+    expectPoint(unitRoots[0], 0, 1, 0.0);
 }
 
 // The triangle (0,0) (0,4) (4,0) runs clockwise: sense 1. tol 1e-4.
