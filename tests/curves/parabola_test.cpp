@@ -69,20 +69,16 @@ int32_t errorWord()
 struct Arc {
     dpoint2d S;
     double R;
+    double level(double x) const { return S.y + (x - S.x) * (x - S.x) / (2.0 * R); }
 };
 const Arc A1{{0.0, 0.0}, 1000.0}, A{{100.0, 20.0}, 750.0}, A2{{850.0, 245.0}, -500.0};
-
-double level(const Arc &a, double x)
-{
-    return a.S.y + (x - a.S.x) * (x - a.S.x) / (2.0 * a.R);
-}
 
 // T on both arcs with one grade there; with b.R = 0, b is the line y = b.S.x x + b.S.y.
 void expectTouch(const Arc &a, const Arc &b, const dpoint2d &T)
 {
     const bool line = b.R == 0.0;
-    EXPECT_NEAR(level(a, T.x), T.y, 1e-6);
-    EXPECT_NEAR(line ? b.S.x * T.x + b.S.y : level(b, T.x), T.y, 1e-6);
+    EXPECT_NEAR(a.level(T.x), T.y, 1e-6);
+    EXPECT_NEAR(line ? b.S.x * T.x + b.S.y : b.level(T.x), T.y, 1e-6);
     EXPECT_NEAR((T.x - a.S.x) / a.R, line ? b.S.x : (T.x - b.S.x) / b.R, 1e-9);
 }
 
@@ -90,7 +86,7 @@ void expectTouch(const Arc &a, const Arc &b, const dpoint2d &T)
 const UTMAT_Droite sagIn{-0.04, -1.0, 18.0}, sagOut{0.02, -1.0, 6.0};
 const UTMAT_Droite crestIn{0.03, -1.0, 47.0}, crestOut{-0.02, -1.0, 52.0};
 
-TEST(Parabola, VerticalCurveBetweenTwoGrades)
+TEST(Parabola, ArcsTangentToGrades)
 {
     const UTMAT_Droite scaledIn{0.09, -3.0, 141.0};  // crestIn times 3: lines are taken as given
     const std::tuple<UTMAT_Droite, UTMAT_Droite, double, int32_t, dpoint2d, dpoint2d, dpoint2d> rows[] = {
@@ -116,6 +112,27 @@ TEST(Parabola, VerticalCurveBetweenTwoGrades)
     const UTMAT_Droite parallel{0.03, -1.0, 40.0};
     UTMAT_CalculerArcParTg2DteLongueur(&crestIn, &parallel, 250.0, o.S, o.R, o.T, &o.count);
     EXPECT_EQ(o.count, 0);
+    const dpoint2d vertex{230.0, 11.2}, end{290.0, 11.8}, start{110.0, 13.6}, mirror{350.0, 13.6};
+    // R = 3000 through the vertex, on the incoming grade y = -0.04 x - 2.4 there:
+    // S.x^2 - 240 S.x = 0, S.x = 240, S.y = -57600 / 6000, T.x = 240 - 120.
+    UTMAT_CalculerArcParTg1DteRayon(&sagIn, &vertex, 3000.0, o.S, o.T, &o.count);
+    o.expect(2, {{470.0, 1.6}, vertex}, {}, {{350.0, 4.0}, start});
+    // Vertex and end: R = 3000 - 100 S.x, 25 S.x^2 - 720 S.x = 0, S.x = 28.8.
+    UTMAT_CalculerArcParTg1DtePs2Pt(&sagIn, &vertex, &end, o.S, o.R, o.T, &o.count);
+    o.expect(2, {{258.8, 7.744}, vertex}, {120.0, 3000.0}, {{254.0, 7.84}, start});
+    // Level points: the quadratic in R has the double root 3000, one solution.
+    UTMAT_CalculerArcParTg1DtePs2Pt(&sagIn, &start, &mirror, o.S, o.R, o.T, &o.count);
+    o.expect(1, {vertex}, {3000.0}, {start});
+    // Both grades: w = 3.6 / 0.0012, R = 3000 + 100 S.x, 9 S.x^2 + 240 S.x = 0.
+    UTMAT_CalculerArcParTg2DtePs1Pt(&sagIn, &sagOut, &vertex, o.S, o.R, o.T, &o.count);
+    o.expect(2, {{230.0 - 80.0 / 3.0, 11.2 - 16.0 / 15.0}, vertex}, {1000.0 / 3.0, 3000.0},
+             {{190.0, 10.4}, {210.0, 10.2}, start, end});
+    // Grades -+2 % fix S.x = 100: 0.0002 R^2 + 2.125 R + 1250 = 0 through p.
+    const UTMAT_Droite up{0.02, -1.0, 0.0}, down{-0.02, -1.0, 4.0};
+    const dpoint2d p{150.0, -0.125};
+    UTMAT_CalculerArcParTg2DtePs1Pt(&up, &down, &p, o.S, o.R, o.T, &o.count);
+    o.expect(2, {{100.0, 0.0}, {100.0, 1.875}}, {-10000.0, -625.0},
+             {{-100.0, -2.0}, {300.0, -2.0}, {87.5, 1.75}, {112.5, 1.75}});
 }
 
 TEST(Parabola, ArcThroughPointsOrFromVertex)
@@ -163,32 +180,6 @@ TEST(Parabola, ArcThroughPointsOrFromVertex)
     EXPECT_EQ(o.R[0], 1000.0);
 }
 
-TEST(Parabola, ArcThroughPointTangentToGrades)
-{
-    const dpoint2d vertex{230.0, 11.2}, end{290.0, 11.8}, start{110.0, 13.6}, mirror{350.0, 13.6};
-    Res o;
-    // R = 3000 through the vertex, on the incoming grade y = -0.04 x - 2.4 there:
-    // S.x^2 - 240 S.x = 0, S.x = 240, S.y = -57600 / 6000, T.x = 240 - 120.
-    UTMAT_CalculerArcParTg1DteRayon(&sagIn, &vertex, 3000.0, o.S, o.T, &o.count);
-    o.expect(2, {{470.0, 1.6}, vertex}, {}, {{350.0, 4.0}, start});
-    // Vertex and end: R = 3000 - 100 S.x, 25 S.x^2 - 720 S.x = 0, S.x = 28.8.
-    UTMAT_CalculerArcParTg1DtePs2Pt(&sagIn, &vertex, &end, o.S, o.R, o.T, &o.count);
-    o.expect(2, {{258.8, 7.744}, vertex}, {120.0, 3000.0}, {{254.0, 7.84}, start});
-    // Level points: the quadratic in R has the double root 3000, one solution.
-    UTMAT_CalculerArcParTg1DtePs2Pt(&sagIn, &start, &mirror, o.S, o.R, o.T, &o.count);
-    o.expect(1, {vertex}, {3000.0}, {start});
-    // Both grades: w = 3.6 / 0.0012, R = 3000 + 100 S.x, 9 S.x^2 + 240 S.x = 0.
-    UTMAT_CalculerArcParTg2DtePs1Pt(&sagIn, &sagOut, &vertex, o.S, o.R, o.T, &o.count);
-    o.expect(2, {{230.0 - 80.0 / 3.0, 11.2 - 16.0 / 15.0}, vertex}, {1000.0 / 3.0, 3000.0},
-             {{190.0, 10.4}, {210.0, 10.2}, start, end});
-    // Grades -+2 % fix S.x = 100: 0.0002 R^2 + 2.125 R + 1250 = 0 through p.
-    const UTMAT_Droite up{0.02, -1.0, 0.0}, down{-0.02, -1.0, 4.0};
-    const dpoint2d p{150.0, -0.125};
-    UTMAT_CalculerArcParTg2DtePs1Pt(&up, &down, &p, o.S, o.R, o.T, &o.count);
-    o.expect(2, {{100.0, 0.0}, {100.0, 1.875}}, {-10000.0, -625.0},
-             {{-100.0, -2.0}, {300.0, -2.0}, {87.5, 1.75}, {112.5, 1.75}});
-}
-
 // Each construction must find A; counts from a scan along the first element.
 TEST(Parabola, ArcsOfAChainTangentToArcs)
 {
@@ -209,7 +200,7 @@ TEST(Parabola, ArcsOfAChainTangentToArcs)
     expectA1();
     for (int i = 0; i < 2; ++i) {
         touchesBoth(i, 0.0, A1, A2);
-        EXPECT_NEAR(level(arc(i), 250.0), 35.0, 1e-6);
+        EXPECT_NEAR(arc(i).level(250.0), 35.0, 1e-6);
     }
     UTMAT_CalculerArcParTg2ArcParRayon(&A1.S, A1.R, &A2.S, A2.R, 750.0, o.S, o.T, &o.count);
     o.expect(2, {{550.0 / 3.0, 605.0 / 9.0}, A.S});
@@ -220,7 +211,7 @@ TEST(Parabola, ArcsOfAChainTangentToArcs)
         UTMAT_CalculerArcParTg1ArcParPs2Pt(&A1.S, A1.R, &onA, &second, o.S, o.R, o.T, &o.count);
         o.expect(2, {A.S}, {750.0});
         expectTouch(arc(1), A1, o.T[1]);
-        EXPECT_NEAR(level(arc(1), second.x), second.y, 1e-6);
+        EXPECT_NEAR(arc(1).level(second.x), second.y, 1e-6);
     }
     UTMAT_CalculerArcParTg1ArcParPs1PtRayon(&A1.S, A1.R, &onA, 750.0, o.S, o.T, &o.count);
     o.expect(2, {{25.0, 1.25}, A.S});
@@ -237,7 +228,7 @@ TEST(Parabola, ArcsOfAChainTangentToArcs)
     o.expect(2, {});
     expectA1();
     touchesBoth(0, 0.0, A2, tangent);
-    EXPECT_NEAR(level(arc(0), 100.0), 20.0, 1e-6);
+    EXPECT_NEAR(arc(0).level(100.0), 20.0, 1e-6);
     // One vertex twice: nothing; equal radii fix S.x = (X^2 - 2 Y (R - R1)) / 2X.
     UTMAT_CalculerArcParTg2ArcParRayon(&A1.S, A1.R, &A1.S, 500.0, 750.0, o.S, o.T, &o.count);
     EXPECT_EQ(o.count, 0);

@@ -121,7 +121,7 @@ TEST(TangentCircles, RoadFilletOfRadiusTenBetweenTwoRoads)
 
 // The axes; through (1, 2): centre (a, a), (a - 1)^2 + (a - 2)^2 = a^2, a = 5, 1.
 // At (5, 0): (5, -+5), rho = 0 dropped, as at (0, 0). Between y = 0 and 2: one.
-TEST(TangentCircles, CircleThroughAPointTangentToTwoLines)
+TEST(TangentCircles, TangentToLinesThroughPoints)
 {
     const UTMAT_Droite xAxis{0, -1, 0}, yAxis{3, 0, 0}, y2{0, -1, 2};
     const auto through = [&](const UTMAT_Droite &d1, const UTMAT_Droite &d2, dpoint2d p, Out &o) {
@@ -138,12 +138,8 @@ TEST(TangentCircles, CircleThroughAPointTangentToTwoLines)
     expectCircles(o3, {});
     through(xAxis, y2, {0, 0}, o4);
     expectCircles(o4, {{0, 1, 1}}, {{0, 0}, {0, 2}});
-}
-
-// y = 0, p = (3, 1): centre (x, 5), (x - 3)^2 = 9; -5 finds the same, 0.4 none.
-// Through (0, 1) and (0, 9): (+-3, 5), radius 5.
-TEST(TangentCircles, TangentToALineThroughPoints)
-{
+    // y = 0, p = (3, 1): centre (x, 5), (x - 3)^2 = 9; -5 finds the same, 0.4 none.
+    // Through (0, 1) and (0, 9): (+-3, 5), radius 5.
     const UTMAT_Droite d{0, -1, 0};
     const dpoint2d p{3, 1}, q1{0, 1}, q2{0, 9};
     for (double R : {5.0, -5.0}) {
